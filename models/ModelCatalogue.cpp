@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: MIT
+#include "models/ModelCatalogue.h"
+
+#include "models/Paths.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace sayloft {
+namespace {
+
+QString parakeetUrl(const QString& remoteFile) {
+    return QStringLiteral("https://huggingface.co/mudler/parakeet-cpp-gguf/resolve/main/") +
+           remoteFile;
+}
+
+std::vector<ModelInfo> catalogue() {
+    std::vector<ModelInfo> models{
+        {QStringLiteral("multilingual"), QStringLiteral("parakeet-tdt-0.6b-v3-f16.gguf"),
+         parakeetUrl(QStringLiteral("tdt-0.6b-v3-f16.gguf")),
+         QStringLiteral("Multilingual (v3) — 25 languages")},
+        {QStringLiteral("english"), QStringLiteral("parakeet-tdt-0.6b-v2-f16.gguf"),
+         parakeetUrl(QStringLiteral("tdt-0.6b-v2-f16.gguf")),
+         QStringLiteral("English only (v2) — best for English")},
+    };
+#ifdef SAYLOFT_STARTER
+    models.push_back({QStringLiteral("starter"), QStringLiteral("starter-en-us.model"), QString(),
+                      QStringLiteral("Starter — English, offline, lower accuracy")});
+#endif
+    return models;
+}
+
+}  // namespace
+
+const std::vector<ModelInfo> MODELS = catalogue();
+
+std::optional<QString> existingModelPath(const QString& file) {
+    for (const QString& directory : MODEL_SEARCH_DIRS) {
+        QString path = directory + QLatin1Char('/') + file;
+        if (QFileInfo::exists(path))
+            return path;
+    }
+    return std::nullopt;
+}
+
+QString modelPath(const QString& file) {
+    return existingModelPath(file).value_or(DOWNLOAD_MODELS_DIR + QLatin1Char('/') + file);
+}
+
+const ModelInfo& modelInfo(const QString& key) {
+    const auto found = std::find_if(MODELS.begin(), MODELS.end(),
+                                    [&](const ModelInfo& model) { return model.key == key; });
+    return found == MODELS.end() ? MODELS.front() : *found;
+}
+
+bool modelDownloaded(const QString& key) {
+    return existingModelPath(modelInfo(key).file).has_value();
+}
+
+}  // namespace sayloft

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Platform.h"
+
+#include "platform/AudioInput.h"
+#include "platform/Clipboard.h"
+#include "platform/KeyPoster.h"
+#include "platform/ModifierWatch.h"
+#include "platform/PrivacySettings.h"
+#include "platform/SystemSounds.h"
+
+namespace sayloft {
+
+Platform::Platform() = default;
+Platform::~Platform() = default;
+Platform::Platform(Platform&&) noexcept = default;
+
+}  // namespace sayloft

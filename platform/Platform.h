@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+namespace sayloft {
+
+class AudioInput;
+class Clipboard;
+class KeyPoster;
+class ModifierWatch;
+class PrivacySettings;
+class SystemSounds;
+
+/// The platform's services. Destroyed in reverse order: a later member may use an earlier one.
+struct Platform {
+    Platform();
+    ~Platform();
+    Platform(Platform&&) noexcept;
+    Platform& operator=(Platform&&) = delete;
+
+    std::unique_ptr<AudioInput> audioInput;
+    std::unique_ptr<SystemSounds> sounds;
+    std::unique_ptr<PrivacySettings> privacy;
+    std::unique_ptr<ModifierWatch> modifierWatch;
+    std::unique_ptr<Clipboard> clipboard;
+    std::unique_ptr<KeyPoster> keyPoster;
+};
+
+/// The services of the system that the program runs on; a service that this system does not have is
+/// one that says so in the log and does nothing. Main thread, after the application object exists.
+[[nodiscard]] Platform loadPlatform();
+
+}  // namespace sayloft

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QUrl>
+
+namespace sayloft {
+
+/// The system's say over what a program may watch and type. Main thread.
+class PrivacySettings {
+public:
+    virtual ~PrivacySettings() = default;
+
+    /// Whether modifier keys may be watched everywhere and keys be typed into other programs. Never
+    /// asks the user and never remembers an answer.
+    [[nodiscard]] virtual bool accessibilityTrusted() const = 0;
+
+    /// Opens the place in the system's settings that `pane` names; failure is silent.
+    virtual void open(const QUrl& pane) = 0;
+};
+
+}  // namespace sayloft

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/XServer.h"
+
+#include <stdexcept>
+
+namespace sayloft::test {
+namespace {
+
+// With -displayfd the server itself picks a free display and says which once it accepts clients;
+// -noreset keeps the state of the keyboard when the last client leaves.
+QStringList serverArguments(const QString& screen) {
+    return {QStringLiteral("-displayfd"),
+            QStringLiteral("1"),
+            QStringLiteral("-screen"),
+            QStringLiteral("0"),
+            screen,
+            QStringLiteral("-noreset"),
+            QStringLiteral("-nolisten"),
+            QStringLiteral("tcp")};
+}
+
+QString readDisplay(QProcess& server) {
+    QByteArray line;
+    while (!line.endsWith('\n')) {
+        if (!server.waitForReadyRead(15000))
+            throw std::runtime_error("Xvfb did not come up: " +
+                                     server.readAllStandardError().toStdString());
+        line += server.readAllStandardOutput();
+    }
+    return QLatin1Char(':') + QString::fromLatin1(line.trimmed());
+}
+
+}  // namespace
+
+XServer::XServer(const QString& screen)
+    : m_program(QStringLiteral("Xvfb"), serverArguments(screen)),
+      m_display(readDisplay(m_program.process())),
+      m_displayBefore(qgetenv("DISPLAY")) {
+    qputenv("DISPLAY", m_display.toLatin1());
+}
+
+XServer::~XServer() {
+    if (m_displayBefore.isEmpty())
+        qunsetenv("DISPLAY");
+    else
+        qputenv("DISPLAY", m_displayBefore);
+}
+
+QProcessEnvironment XServer::environment() const {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("DISPLAY"), m_display);
+    environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
+    environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    environment.insert(QStringLiteral("GDK_BACKEND"), QStringLiteral("x11"));
+    return environment;
+}
+
+}  // namespace sayloft::test

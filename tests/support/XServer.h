@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tests/support/ChildProgram.h"
+
+#include <QProcessEnvironment>
+#include <QString>
+
+namespace sayloft::test {
+
+/// A private X server (Xvfb) on a free display, with a US keyboard. While it lives, DISPLAY of the
+/// test names it.
+class XServer {
+public:
+    explicit XServer(const QString& screen = QStringLiteral("1280x800x24"));
+    ~XServer();
+    XServer(const XServer&) = delete;
+    XServer& operator=(const XServer&) = delete;
+
+    [[nodiscard]] QString display() const { return m_display; }
+    /// The test's environment with DISPLAY set to this server and Wayland out of sight.
+    [[nodiscard]] QProcessEnvironment environment() const;
+    [[nodiscard]] ChildProgram& program() { return m_program; }
+
+private:
+    ChildProgram m_program;
+    QString m_display;
+    QByteArray m_displayBefore;
+};
+
+}  // namespace sayloft::test
