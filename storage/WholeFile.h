@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace sayloft {
+
+/// None when the file cannot be read.
+[[nodiscard]] std::optional<QByteArray> readWholeFile(const QString& path);
+
+/// Truncates and rewrites the file in place, creating missing directories; failures are silent.
+void writeWholeFile(const QString& path, const QByteArray& content);
+
+}  // namespace sayloft

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include "storage/Permissions.h"
+
+#include "platform/PrivacySettings.h"
+#include "tests/support/FakeAudioHardware.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace sayloft {
+namespace {
+
+class FakePrivacySettings : public PrivacySettings {
+public:
+    [[nodiscard]] bool accessibilityTrusted() const override { return trusted; }
+    void open(const QUrl& pane) override { opened.push_back(pane.toString()); }
+
+    bool trusted = false;
+    std::vector<QString> opened;
+};
+
+class PermissionsTest : public testing::Test {
+protected:
+    test::FakeAudioHardware m_audio;
+    FakePrivacySettings m_privacy;
+    Permissions m_permissions{m_audio, m_privacy};
+};
+
+struct MicRow {
+    const char* name;
+    AudioInput::Authorization status;
+    bool granted;
+    int requests;
+};
+
+class MicrophoneStatus : public PermissionsTest, public testing::WithParamInterface<MicRow> {};
+
+TEST_P(MicrophoneStatus, countsAsGrantedOnlyWhenAuthorizedAndIsAskedForOnlyOnce) {
+    m_audio.authorizationStatus = GetParam().status;
+    EXPECT_EQ(m_permissions.micGranted(), GetParam().granted);
+    m_permissions.requestMicIfNotDetermined();
+    EXPECT_EQ(m_audio.accessRequests, GetParam().requests);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Statuses, MicrophoneStatus,
+    testing::Values(MicRow{"notDetermined", AudioInput::Authorization::notDetermined, false, 1},
+                    MicRow{"restricted", AudioInput::Authorization::restricted, false, 0},
+                    MicRow{"denied", AudioInput::Authorization::denied, false, 0},
+                    MicRow{"authorized", AudioInput::Authorization::authorized, true, 0}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(PermissionsTest, areAskedAfreshEveryTime) {
+    EXPECT_FALSE(m_permissions.accessibilityGranted());
+    m_privacy.trusted = true;
+    EXPECT_TRUE(m_permissions.accessibilityGranted());
+}
+
+TEST_F(PermissionsTest, openThePaneThatTheAnchorNames) {
+    m_permissions.openPrivacyPane(QStringLiteral("Privacy_Microphone"));
+    ASSERT_EQ(m_privacy.opened.size(), 1U);
+    EXPECT_EQ(m_privacy.opened[0],
+              QStringLiteral(
+                  "x-apple.systempreferences:com.apple.preference.security?Privacy_Microphone"));
+}
+
+TEST_F(PermissionsTest, openNothingForAnAnchorThatMakesNoAddress) {
+    m_permissions.openPrivacyPane(QStringLiteral("not an anchor %zz"));
+    EXPECT_TRUE(m_privacy.opened.empty());
+}
+
+}  // namespace
+}  // namespace sayloft
