@@ -3,7 +3,17 @@
 set(SAYLOFT_BUNDLE_DIR "${CMAKE_BINARY_DIR}/Sayloft.app")
 set(SAYLOFT_CONTENTS_DIR "${SAYLOFT_BUNDLE_DIR}/Contents")
 
-# sayloft_bundle_resources(<subfolder> <files>...): copied when they change, as part of `all`.
+# Everything that a bundle needs, and nothing else.
+add_custom_target(bundle ALL)
+
+# sayloft_bundle_program(<target> <subfolder>): the target is linked right into the bundle.
+function(sayloft_bundle_program target subfolder)
+    set_target_properties(${target} PROPERTIES
+        RUNTIME_OUTPUT_DIRECTORY "${SAYLOFT_CONTENTS_DIR}/${subfolder}")
+    add_dependencies(bundle ${target})
+endfunction()
+
+# sayloft_bundle_resources(<subfolder> <files>...): copied when they change.
 function(sayloft_bundle_resources subfolder)
     set(copies "")
     foreach(file IN LISTS ARGN)
@@ -17,5 +27,6 @@ function(sayloft_bundle_resources subfolder)
         list(APPEND copies "${copy}")
     endforeach()
     string(MAKE_C_IDENTIFIER "bundle_${subfolder}" target)
-    add_custom_target(${target} ALL DEPENDS ${copies})
+    add_custom_target(${target} DEPENDS ${copies})
+    add_dependencies(bundle ${target})
 endfunction()

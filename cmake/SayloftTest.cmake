@@ -29,5 +29,5 @@ function(sayloft_test name)
         list(APPEND properties RESOURCE_LOCK "${arg_LOCKS}")
     endif()
     gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-        DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+        DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES PROPERTIES ${properties})
 endfunction()

@@ -1,29 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "storage/Permissions.h"
 
-#include "platform/PrivacySettings.h"
-#include "tests/support/FakeAudioHardware.h"
+#include "tests/support/FakePlatform.h"
 
 #include <gtest/gtest.h>
-
-#include <vector>
 
 namespace sayloft {
 namespace {
 
-class FakePrivacySettings : public PrivacySettings {
-public:
-    [[nodiscard]] bool accessibilityTrusted() const override { return trusted; }
-    void open(const QUrl& pane) override { opened.push_back(pane.toString()); }
-
-    bool trusted = false;
-    std::vector<QString> opened;
-};
-
 class PermissionsTest : public testing::Test {
 protected:
     test::FakeAudioHardware m_audio;
-    FakePrivacySettings m_privacy;
+    test::FakePrivacySettings m_privacy;
     Permissions m_permissions{m_audio, m_privacy};
 };
 
@@ -52,9 +40,9 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST_F(PermissionsTest, areAskedAfreshEveryTime) {
-    EXPECT_FALSE(m_permissions.accessibilityGranted());
-    m_privacy.trusted = true;
     EXPECT_TRUE(m_permissions.accessibilityGranted());
+    m_privacy.trusted = false;
+    EXPECT_FALSE(m_permissions.accessibilityGranted());
 }
 
 TEST_F(PermissionsTest, openThePaneThatTheAnchorNames) {

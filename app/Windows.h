@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+namespace sayloft {
+
+/// The windows, as far as the rest of the program opens or updates them. Main thread.
+class Windows {
+public:
+    virtual ~Windows() = default;
+
+    virtual void openOnboarding() = 0;
+    virtual void openSettings() = 0;
+
+    /// Shows changed settings where the settings window exists.
+    virtual void refreshSettings() = 0;
+};
+
+}  // namespace sayloft

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/FakePlatform.h"
+
+namespace sayloft::test {
+namespace {
+
+/// Puts a new fake into its place in the platform and returns it under its own type.
+template <typename Fake, typename Interface>
+Fake& install(std::unique_ptr<Interface>& place) {
+    auto fake = std::make_unique<Fake>();
+    Fake& reference = *fake;
+    place = std::move(fake);
+    return reference;
+}
+
+}  // namespace
+
+bool FakeModifierWatch::start(FlagsChanged flagsChanged) {
+    m_flagsChanged = std::move(flagsChanged);
+    return allowed;
+}
+
+void FakeClipboard::takeSnapshot(SnapshotTaken taken) {
+    taken(ClipboardSnapshot{{{{"text/plain", "what the user had copied"}}}});
+}
+
+void FakeClipboard::whenTextFetched(std::chrono::milliseconds /*deadline*/, TextFetched fetched) {
+    fetched();
+}
+
+void FakeKeyPoster::postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) {
+    keys.emplace_back(virtualKey, flags);
+    posted();
+}
+
+FakePlatform::FakePlatform()
+    : audio(install<FakeAudioHardware>(m_platform.audioInput)),
+      sounds(install<FakeSystemSounds>(m_platform.sounds)),
+      privacy(install<FakePrivacySettings>(m_platform.privacy)),
+      modifierWatch(install<FakeModifierWatch>(m_platform.modifierWatch)),
+      clipboard(install<FakeClipboard>(m_platform.clipboard)),
+      keyPoster(install<FakeKeyPoster>(m_platform.keyPoster)) {}
+
+}  // namespace sayloft::test

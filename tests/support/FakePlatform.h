@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/Clipboard.h"
+#include "platform/KeyPoster.h"
+#include "platform/ModifierWatch.h"
+#include "platform/Platform.h"
+#include "platform/PrivacySettings.h"
+#include "platform/SystemSounds.h"
+#include "tests/support/FakeAudioHardware.h"
+
+#include <QString>
+
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace sayloft::test {
+
+/// Keys that the test holds, without a keyboard.
+class FakeModifierWatch : public ModifierWatch {
+public:
+    [[nodiscard]] bool start(FlagsChanged flagsChanged) override;
+    void beginInjection() override {}
+    void endInjection() override {}
+
+    void hold(std::uint64_t flags) { m_flagsChanged(flags); }
+
+    bool allowed = true;
+
+private:
+    FlagsChanged m_flagsChanged;
+};
+
+class FakePrivacySettings : public PrivacySettings {
+public:
+    [[nodiscard]] bool accessibilityTrusted() const override { return trusted; }
+    void open(const QUrl& pane) override { opened.push_back(pane.toString()); }
+
+    bool trusted = true;
+    std::vector<QString> opened;
+};
+
+class FakeSystemSounds : public SystemSounds {
+public:
+    void play(const QString& name) override { played.push_back(name); }
+
+    std::vector<QString> played;
+};
+
+/// A clipboard that nobody else uses and that is read at once.
+class FakeClipboard : public Clipboard {
+public:
+    void prepareSnapshot() override {}
+    void takeSnapshot(SnapshotTaken taken) override;
+    void setText(const QString& text) override { texts.push_back(text); }
+    void whenTextFetched(std::chrono::milliseconds deadline, TextFetched fetched) override;
+    void restore(const ClipboardSnapshot& snapshot) override { restored.push_back(snapshot); }
+    void handOver() override { handedOver = true; }
+
+    std::vector<QString> texts;  ///< everything that was set, in order
+    std::vector<ClipboardSnapshot> restored;
+    bool handedOver = false;
+};
+
+class FakeKeyPoster : public KeyPoster {
+public:
+    void postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) override;
+
+    std::vector<std::pair<std::uint16_t, std::uint64_t>> keys;
+};
+
+/// All services as fakes. `platform()` gives them away; the references stay valid as long as the
+/// platform lives.
+class FakePlatform {
+public:
+    FakePlatform();
+
+    [[nodiscard]] Platform platform() { return std::move(m_platform); }
+
+private:
+    Platform m_platform;
+
+public:
+    FakeAudioHardware& audio;
+    FakeSystemSounds& sounds;
+    FakePrivacySettings& privacy;
+    FakeModifierWatch& modifierWatch;
+    FakeClipboard& clipboard;
+    FakeKeyPoster& keyPoster;
+};
+
+}  // namespace sayloft::test

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/SayloftProgram.h"
+
+#include "tests/support/TempHome.h"
+#include "tests/support/WaitUntil.h"
+
+#include <QTcpSocket>
+
+#include <utility>
+
+namespace sayloft::test {
+
+SayloftProgram::SayloftProgram(const QString& home, QProcessEnvironment environment)
+    : m_home(home) {
+    environment.insert(QStringLiteral("HOME"), home);
+    m_program = std::make_unique<ChildProgram>(executable(), QStringList(), environment);
+}
+
+bool SayloftProgram::waitForLog(const QString& text, std::chrono::milliseconds deadline) const {
+    return waitUntil([&] { return log().contains(text); }, deadline);
+}
+
+QString SayloftProgram::log() const {
+    return QString::fromUtf8(readFile(m_home + QStringLiteral("/.sayloft/sayloft.log")));
+}
+
+bool SayloftProgram::waitForHelper() const {
+    constexpr quint16 helperPort = 8090;
+    return waitUntil(
+        [] {
+            QTcpSocket socket;
+            socket.connectToHost(QStringLiteral("127.0.0.1"), helperPort);
+            return socket.waitForConnected(200);
+        },
+        std::chrono::seconds(30));
+}
+
+QString SayloftProgram::executable() {
+    return QStringLiteral(SAYLOFT_BUNDLE_DIR "/Contents/bin/sayloft");
+}
+
+void writeConfig(const QString& home, const QByteArray& json) {
+    writeFile(home + QStringLiteral("/.sayloft/config.json"), json);
+}
+
+}  // namespace sayloft::test

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "tests/support/ChildProgram.h"
+
+#include <QProcessEnvironment>
+#include <QString>
+
+#include <memory>
+
+namespace sayloft::test {
+
+/// The real program from the build's bundle, started as a user starts it, with a home of its own.
+class SayloftProgram {
+public:
+    /// `home` is the home directory; a configuration must be written into it before this.
+    SayloftProgram(const QString& home, QProcessEnvironment environment);
+
+    /// Waits until `text` is in the log that the program writes; fails after `deadline`.
+    [[nodiscard]] bool waitForLog(
+        const QString& text, std::chrono::milliseconds deadline = std::chrono::seconds(20)) const;
+    [[nodiscard]] QString log() const;
+
+    /// Waits until the speech helper answers.
+    [[nodiscard]] bool waitForHelper() const;
+
+    [[nodiscard]] ChildProgram& program() { return *m_program; }
+
+    [[nodiscard]] static QString executable();
+
+private:
+    QString m_home;
+    std::unique_ptr<ChildProgram> m_program;
+};
+
+/// Writes `json` as the configuration of the user whose home is `home`.
+void writeConfig(const QString& home, const QByteArray& json);
+
+}  // namespace sayloft::test
