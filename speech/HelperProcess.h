@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <QProcess>
+#include <QString>
+
+#include <memory>
+
+namespace sayloft {
+
+/// The speech server as a child process. Lives on a thread of its own that outlives every child,
+/// since a child dies with the thread that forked it; all functions block that thread.
+class HelperProcess : public QObject {
+public:
+    ~HelperProcess() override;
+
+    /// Clears away every server of this user, an earlier child included, then launches a new one.
+    /// True when it runs; the log says what happened.
+    [[nodiscard]] bool launch(const QString& modelPath);
+
+    /// Asks the child to end and waits for it; after 3 s it is killed. Nothing without a child.
+    void end();
+
+private:
+    static void killStaleServers();
+    void waitForChild();
+
+    std::unique_ptr<QProcess> m_process;
+};
+
+}  // namespace sayloft

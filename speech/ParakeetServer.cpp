@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "speech/ParakeetServer.h"
+
+#include "models/Paths.h"
+#include "speech/HelperProcess.h"
+#include "storage/Log.h"
+
+#include <QFileInfo>
+
+namespace sayloft {
+
+ParakeetServer::ParakeetServer() : m_process(new HelperProcess) {
+    m_process->moveToThread(&m_thread);
+    connect(&m_thread, &QThread::finished, m_process, &QObject::deleteLater);
+    m_thread.start();
+}
+
+ParakeetServer::~ParakeetServer() {
+    m_thread.quit();
+    m_thread.wait();
+}
+
+void ParakeetServer::start(const QString& modelPath) {
+    launch(modelPath, Before::nothing);
+}
+
+void ParakeetServer::restart(const QString& modelPath) {
+    launch(modelPath, Before::endTheRunning);
+}
+
+void ParakeetServer::stop() {
+    m_poll.reset();
+    ++m_launchNumber;
+    QMetaObject::invokeMethod(
+        m_process, [process = m_process] { process->end(); }, Qt::BlockingQueuedConnection);
+}
+
+void ParakeetServer::launch(const QString& modelPath, Before before) {
+    m_ready = false;
+    m_poll.reset();
+    const std::uint64_t number = ++m_launchNumber;
+    const bool possible = QFileInfo::exists(PARAKEET_SERVER_BIN) && QFileInfo::exists(modelPath);
+    if (!possible)
+        logf(QStringLiteral("parakeet-server or model missing — run build.sh / download model"));
+    QMetaObject::invokeMethod(
+        m_process, [this, process = m_process, modelPath, before, possible, number] {
+            if (before == Before::endTheRunning)
+                process->end();
+            if (!possible || !process->launch(modelPath))
+                return;
+            QMetaObject::invokeMethod(this, [this, number] { launched(number); });
+        });
+}
+
+void ParakeetServer::launched(std::uint64_t launchNumber) {
+    if (launchNumber != m_launchNumber)
+        return;
+    m_poll =
+        std::make_unique<ReadinessPoll>(QUrl(QStringLiteral("http://127.0.0.1:8090/")), [this] {
+            m_ready = true;
+            if (onReady)
+                onReady();
+        });
+}
+
+}  // namespace sayloft

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+// Stands for a speech server that is not ours and behaves as the model file tells it. The file's
+// first word is one of: serve, not-found, exit, print, ignore-term, deaf, slow. A file
+// "<model>.log" gets a line with the process id and the arguments.
+
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+void serve(std::uint16_t port, const std::string& answer) {
+    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
+    const int on = 1;
+    ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(port);
+    if (::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        std::_Exit(3);
+    ::listen(listener, 16);
+    for (;;) {
+        const int connection = ::accept(listener, nullptr, nullptr);
+        std::array<char, 4096> request{};
+        [[maybe_unused]] const auto got = ::recv(connection, request.data(), request.size(), 0);
+        [[maybe_unused]] const auto sent =
+            ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
+        ::close(connection);
+    }
+}
+
+[[noreturn]] void sleepForever() {
+    for (;;)
+        std::this_thread::sleep_for(1h);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 7)
+        return 2;
+    const std::string model = argv[2];
+    const auto port = static_cast<std::uint16_t>(std::stoi(argv[6]));
+    std::ofstream log(model + ".log", std::ios::app);
+    log << ::getpid();
+    for (int i = 1; i < argc; ++i)
+        log << ' ' << argv[i];
+    log << std::endl;
+
+    const std::string found = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n\r\nok";
+    const std::string notFound =
+        "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+    std::string behaviour;
+    std::ifstream(model) >> behaviour;
+    if (behaviour == "exit")
+        return 1;
+    if (behaviour == "deaf")
+        sleepForever();
+    if (behaviour == "ignore-term")
+        std::signal(SIGTERM, SIG_IGN);
+    if (behaviour == "slow")
+        std::this_thread::sleep_for(1200ms);
+    if (behaviour == "print")
+        std::thread([] {
+            for (;;)
+                std::puts("a line that nobody reads, again and again and again and again");
+        }).detach();
+    serve(port, behaviour == "not-found" ? notFound : found);
+}
