@@ -67,9 +67,15 @@ void ClipboardAgentX11::handOver(Task done) {
         return;
     }
     m_handedOver = std::move(done);
-    // No property with a list of targets: the manager saves all of them.
+    const xcb_atom_t property = m_atoms.atom("SAYLOFT_SAVED");
+    std::vector<xcb_atom_t> targets;
+    for (const SelectionValue& value : *m_owner.content())
+        targets.push_back(value.target);
+    xcb_change_property(m_thread.connection(), XCB_PROP_MODE_REPLACE, m_owner.window(), property,
+                        XCB_ATOM_ATOM, 32, static_cast<std::uint32_t>(targets.size()),
+                        targets.data());
     xcb_convert_selection(m_thread.connection(), m_owner.window(), manager,
-                          m_atoms.atom("SAVE_TARGETS"), m_atoms.atom("SAYLOFT_SAVED"),
+                          m_atoms.atom("SAVE_TARGETS"), property,
                           m_thread.serverTime(m_owner.window()));
 }
 

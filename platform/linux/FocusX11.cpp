@@ -152,7 +152,8 @@ FocusedWindow FocusX11::focused() const {
 }
 
 bool FocusX11::sameProgram(xcb_window_t one, xcb_window_t other) const {
-    if (one == XCB_WINDOW_NONE || other == XCB_WINDOW_NONE)
+    if (one == XCB_WINDOW_NONE || other == XCB_WINDOW_NONE ||
+        xcb_connection_has_error(m_connection) != 0)
         return false;
     return (one & m_clientMask) == (other & m_clientMask) || sameProcess(one, other);
 }

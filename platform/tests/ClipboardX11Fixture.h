@@ -2,6 +2,8 @@
 #pragma once
 
 #include "platform/linux/ClipboardX11.h"
+#include "platform/linux/XcbHandles.h"
+#include "tests/support/ChildProgram.h"
 #include "tests/support/SelectionRequestor.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
@@ -57,6 +59,22 @@ protected:
         bool done = false;
         clipboard->offerOnPrimary([&] { done = true; });
         EXPECT_TRUE(waitUntil([&] { return done; }));
+    }
+
+    /// A window manager that runs, so that new windows get the focus.
+    std::unique_ptr<ChildProgram> startWindowManager() {
+        auto manager = std::make_unique<ChildProgram>(QStringLiteral("openbox"), QStringList{},
+                                                      server.environment());
+        const xcb_atom_t check = internAtom(requestor.connection(), "_NET_SUPPORTING_WM_CHECK");
+        EXPECT_TRUE(waitUntil([&] {
+            const auto cookie =
+                xcb_get_property(requestor.connection(), 0, rootWindow(requestor.connection()),
+                                 check, XCB_ATOM_WINDOW, 0, 1);
+            const XcbOwned<xcb_get_property_reply_t> reply(
+                xcb_get_property_reply(requestor.connection(), cookie, nullptr));
+            return reply && reply->type == XCB_ATOM_WINDOW;
+        }));
+        return manager;
     }
 
     /// The data of one type of a snapshot's only item; null when it is not there.
