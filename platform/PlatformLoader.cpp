@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+#include "platform/Platform.h"
+
+#if defined(__linux__)
+#include "platform/linux/AudioInputPulse.h"
+#include "platform/linux/ClipboardX11.h"
+#include "platform/linux/KeyPosterX11.h"
+#include "platform/linux/ModifierWatchX11.h"
+#include "platform/linux/PrivacySettingsX11.h"
+#include "platform/null/SystemSoundsNull.h"
+#else
+#error "There is no backend for this system yet."
+#endif
+
+namespace sayloft {
+
+Platform loadPlatform() {
+    auto modifierWatch = std::make_unique<ModifierWatchX11>();
+    auto clipboard = std::make_unique<ClipboardX11>();
+
+    Platform platform;
+    platform.audioInput = std::make_unique<AudioInputPulse>();
+    platform.sounds = std::make_unique<SystemSoundsNull>();
+    platform.privacy = std::make_unique<PrivacySettingsX11>();
+    platform.keyPoster = std::make_unique<KeyPosterX11>(*modifierWatch, *clipboard);
+    platform.modifierWatch = std::move(modifierWatch);
+    platform.clipboard = std::move(clipboard);
+    return platform;
+}
+
+}  // namespace sayloft
