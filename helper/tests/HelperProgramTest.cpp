@@ -1,0 +1,351 @@
+// SPDX-License-Identifier: MIT
+#include "helper/tests/HelperBundle.h"
+#include "helper/tests/SampleRequests.h"
+#include "helper/tests/SpeechSamples.h"
+#include "tests/support/RawHttp.h"
+#include "tests/support/TempHome.h"
+#include "tests/support/WaitUntil.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <random>
+
+namespace sayloft::helper {
+namespace {
+
+using namespace std::chrono_literals;
+using sayloft::test::ChildProgram;
+using sayloft::test::exchange;
+using sayloft::test::freePort;
+using sayloft::test::RawConnection;
+using sayloft::test::writeFile;
+using test::Ending;
+using test::HelperBundle;
+using test::installProgram;
+
+class HelperProgram : public testing::Test {
+protected:
+    [[nodiscard]] Ending runWith(const QString& model) const {
+        return m_bundle.run(HelperBundle::arguments(model, freePort()));
+    }
+
+    [[nodiscard]] QString modelFile(const QByteArray& content) const {
+        const QString path = m_bundle.root() + QStringLiteral("/some.gguf");
+        writeFile(path, content);
+        return path;
+    }
+
+    [[nodiscard]] QString starterWith(const QString& acoustic, const QString& language,
+                                      const QString& dictionary) const {
+        return modelFile(QStringLiteral("sayloft starter model 1\nacoustic-model = %1\n"
+                                        "language-model = %2\ndictionary = %3\n")
+                             .arg(acoustic, language, dictionary)
+                             .toUtf8());
+    }
+
+    HelperBundle m_bundle;
+};
+
+void expectFailure(const Ending& ending, const QString& line) {
+    EXPECT_EQ(ending.exitCode, 1);
+    EXPECT_EQ(ending.standardOutput.toStdString(), "");
+    EXPECT_EQ(ending.standardError.toStdString(),
+              (QStringLiteral("parakeet-server: ") + line + QLatin1Char('\n')).toStdString());
+}
+
+const QString enUs = QStringLiteral("/usr/share/pocketsphinx/model/en-us/en-us");
+const QString enUsLanguage = enUs + QStringLiteral(".lm.bin");
+const QString enUsWords = QStringLiteral("/usr/share/pocketsphinx/model/en-us/cmudict-en-us.dict");
+
+TEST_F(HelperProgram, explainsItsUse) {
+    const QString usage =
+        QStringLiteral("usage: parakeet-server --model PATH --host 127.0.0.1 --port PORT");
+    expectFailure(m_bundle.run({}), usage);
+    expectFailure(m_bundle.run({QStringLiteral("--help")}), usage);
+}
+
+TEST_F(HelperProgram, isForThisMachineAlone) {
+    QStringList arguments = HelperBundle::arguments(m_bundle.starterModel(), freePort());
+    arguments[3] = QStringLiteral("0.0.0.0");
+    expectFailure(
+        m_bundle.run(arguments),
+        QStringLiteral("--host must be 127.0.0.1, this server is for this machine alone"));
+}
+
+TEST_F(HelperProgram, saysThatTheModelCannotBeRead) {
+    expectFailure(
+        runWith(QStringLiteral("/nowhere/x.gguf")),
+        QStringLiteral("cannot read the model /nowhere/x.gguf: No such file or directory"));
+    expectFailure(runWith(m_bundle.root()),
+                  QStringLiteral("the model %1 is not a file").arg(m_bundle.root()));
+}
+
+TEST_F(HelperProgram, keepsItsMessageToOneLineWhateverThePath) {
+    expectFailure(runWith(QStringLiteral("/no\nwhere")),
+                  QStringLiteral("cannot read the model /no?where: No such file or directory"));
+}
+
+TEST_F(HelperProgram, refusesAModelOfAnUnknownKind) {
+    for (const QByteArray& content : {QByteArray(), QByteArray("\x7f"
+                                                               "ELF\x02\x01\x01\0",
+                                                               8)}) {
+        const QString path = modelFile(content);
+        expectFailure(
+            runWith(path),
+            QStringLiteral("the model %1 is neither a GGUF file nor a starter model").arg(path));
+    }
+}
+
+TEST_F(HelperProgram, refusesAPortInUse) {
+    const test::StarterServer first;
+    expectFailure(m_bundle.run(HelperBundle::arguments(m_bundle.starterModel(), first.port())),
+                  QStringLiteral("cannot listen on 127.0.0.1 port %1: Address already in use")
+                      .arg(first.port()));
+}
+
+TEST_F(HelperProgram, saysThatTheRecogniserCannotLoadADamagedModel) {
+    const QString damaged = m_bundle.root() + QStringLiteral("/damaged/");
+    writeFile(damaged + QStringLiteral("file"), QByteArray(5000, '\x41'));
+    for (const QString& file : {QStringLiteral("mdef"), QStringLiteral("means"),
+                                QStringLiteral("variances"), QStringLiteral("feat.params")})
+        writeFile(damaged + QStringLiteral("hmm/") + file, QByteArray(5000, '\x41'));
+    for (const QString& model :
+         {starterWith(damaged + QStringLiteral("hmm"), enUsLanguage, enUsWords),
+          starterWith(enUs, damaged + QStringLiteral("file"), enUsWords)}) {
+        const Ending ending = runWith(model);
+        EXPECT_EQ(ending.exitCode, 1);
+        EXPECT_EQ(ending.standardError.count(QLatin1Char('\n')), 1)
+            << ending.standardError.toStdString();
+        EXPECT_TRUE(
+            ending.standardError.startsWith(QStringLiteral("parakeet-server: PocketSphinx cannot")))
+            << ending.standardError.toStdString();
+    }
+}
+
+TEST_F(HelperProgram, namesThePackageOfAMissingModel) {
+    expectFailure(runWith(starterWith(enUs, QStringLiteral("/nowhere.lm"), enUsWords)),
+                  QStringLiteral("/nowhere.lm is missing or unreadable, install the package "
+                                 "pocketsphinx-en-us"));
+}
+
+TEST_F(HelperProgram, saysWhereItLookedForAGgufServer) {
+    expectFailure(runWith(modelFile("GGUF\3\0\0\0")),
+                  QStringLiteral("this is a GGUF model, and no server for it was found at %1 or %2")
+                      .arg(m_bundle.serverBesideUs(), m_bundle.serverInSourceTree()));
+}
+
+// Runs the helper on a GGUF model and expects the fake server at `place` in its stead.
+void expectHandOver(const HelperBundle& bundle, const QString& model, const QString& place) {
+    const QStringList arguments = HelperBundle::arguments(model, 8090);
+    ChildProgram helper(bundle.program(), arguments);
+    const qint64 pid = helper.pid();
+    ASSERT_TRUE(helper.waitForEnd(20s));
+    EXPECT_EQ(helper.exitCode(), 0) << helper.standardError().toStdString();
+    const QStringList said =
+        QString::fromUtf8(helper.standardOutput()).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QStringList expected =
+        QStringList{QString::number(pid), QStringLiteral("parakeet-server"), place} + arguments;
+    EXPECT_EQ(said, expected) << said.join(QLatin1Char('\n')).toStdString();
+}
+
+TEST_F(HelperProgram, becomesTheServerBesideItWithTheSameProcessIdAndName) {
+    installProgram(QStringLiteral(FAKE_GGUF_SERVER), m_bundle.serverBesideUs());
+    expectHandOver(m_bundle, modelFile("GGUF"), m_bundle.serverBesideUs());
+}
+
+TEST_F(HelperProgram, becomesTheServerInTheSourceTreeWhenThereIsNoneBesideIt) {
+    installProgram(QStringLiteral(FAKE_GGUF_SERVER), m_bundle.serverInSourceTree());
+    expectHandOver(m_bundle, modelFile("GGUF"), m_bundle.serverInSourceTree());
+}
+
+TEST_F(HelperProgram, prefersTheServerBesideIt) {
+    installProgram(QStringLiteral(FAKE_GGUF_SERVER), m_bundle.serverBesideUs());
+    installProgram(QStringLiteral(FAKE_GGUF_SERVER), m_bundle.serverInSourceTree());
+    expectHandOver(m_bundle, modelFile("GGUF"), m_bundle.serverBesideUs());
+}
+
+TEST_F(HelperProgram, keepsItsNameWhenTheServerIsALinkToAnotherName) {
+    const QString elsewhere = m_bundle.root() + QStringLiteral("/some-other-name");
+    installProgram(QStringLiteral(FAKE_GGUF_SERVER), elsewhere);
+    QDir().mkpath(QFileInfo(m_bundle.serverBesideUs()).path());
+    ASSERT_TRUE(QFile::link(elsewhere, m_bundle.serverBesideUs()));
+    expectHandOver(m_bundle, modelFile("GGUF"), m_bundle.serverBesideUs());
+}
+
+TEST_F(HelperProgram, looksBesideItsRealSelfWhenStartedThroughALink) {
+    installProgram(QStringLiteral(FAKE_GGUF_SERVER), m_bundle.serverBesideUs());
+    const QString link = m_bundle.root() + QStringLiteral("/link");
+    ASSERT_TRUE(QFile::link(m_bundle.program(), link));
+    ChildProgram helper(link, HelperBundle::arguments(modelFile("GGUF"), 8090));
+    ASSERT_TRUE(helper.waitForEnd(20s));
+    EXPECT_TRUE(helper.standardOutput().contains(m_bundle.serverBesideUs().toUtf8()));
+}
+
+TEST_F(HelperProgram, goesOnToTheSecondPlaceWhenTheFirstCannotBeRun) {
+    installProgram(QStringLiteral(FAKE_GGUF_SERVER), m_bundle.serverInSourceTree());
+    const QString model = modelFile("GGUF");
+    QDir().mkpath(m_bundle.serverBesideUs());
+    expectHandOver(m_bundle, model, m_bundle.serverInSourceTree());
+    QDir().rmdir(m_bundle.serverBesideUs());
+    writeFile(m_bundle.serverBesideUs(), "not executable");
+    expectHandOver(m_bundle, model, m_bundle.serverInSourceTree());
+    QFile::setPermissions(m_bundle.serverBesideUs(), QFile::ReadOwner | QFile::ExeOwner);
+    expectHandOver(m_bundle, model, m_bundle.serverInSourceTree());
+}
+
+TEST_F(HelperProgram, saysThatTheGgufServerCannotBeStarted) {
+    writeFile(m_bundle.serverBesideUs(), QByteArray(100, '\x01'));
+    QFile::setPermissions(m_bundle.serverBesideUs(), QFile::ReadOwner | QFile::ExeOwner);
+    expectFailure(runWith(modelFile("GGUF")),
+                  QStringLiteral("cannot start the server for GGUF models: %1: Exec format error")
+                      .arg(m_bundle.serverBesideUs()));
+}
+
+TEST_F(HelperProgram, neverTakesItselfForTheGgufServer) {
+    QDir().mkpath(QFileInfo(m_bundle.serverBesideUs()).path());
+    ASSERT_TRUE(QFile::link(m_bundle.program(), m_bundle.serverBesideUs()));
+    expectFailure(runWith(modelFile("GGUF")),
+                  QStringLiteral("this is a GGUF model, and no server for it was found at %1 or %2")
+                      .arg(m_bundle.serverBesideUs(), m_bundle.serverInSourceTree()));
+}
+
+TEST_F(HelperProgram, doesNotHandOverInARingOfCopies) {
+    installProgram(m_bundle.program(), m_bundle.serverBesideUs());
+    const QString back = QFileInfo(m_bundle.serverBesideUs()).path() +
+                         QStringLiteral("/parakeet.cpp/parakeet-server");
+    QDir().mkpath(QFileInfo(back).path());
+    ASSERT_TRUE(QFile::link(m_bundle.program(), back));
+    expectFailure(runWith(modelFile("GGUF")),
+                  QStringLiteral("the server found for GGUF models is a copy of this program"));
+}
+
+TEST(StarterServer, carriesTheNameThatTheAppEndsItBy) {
+    test::StarterServer server;
+    const QString comm = QStringLiteral("/proc/%1/comm").arg(server.program().pid());
+    EXPECT_EQ(sayloft::test::readFile(comm), "parakeet-server\n");
+}
+
+TEST(StarterServer, listensOnTheLoopbackAddressAlone) {
+    const test::StarterServer server;
+    const QString port =
+        QString::number(server.port(), 16).toUpper().rightJustified(4, QLatin1Char('0'));
+    const QByteArray sockets = sayloft::test::readFile(QStringLiteral("/proc/net/tcp"));
+    EXPECT_TRUE(sockets.contains(
+        (QStringLiteral("0100007F:") + port + QStringLiteral(" 00000000:0000 0A")).toLatin1()));
+    EXPECT_FALSE(sockets.contains(
+        (QStringLiteral("00000000:") + port + QStringLiteral(" 00000000:0000 0A")).toLatin1()));
+    const QByteArray six = sayloft::test::readFile(QStringLiteral("/proc/net/tcp6"));
+    EXPECT_FALSE(six.contains((QLatin1Char(':') + port + QStringLiteral(" 0000")).toLatin1()));
+}
+
+TEST(StarterServer, saysNothingWhileItWorks) {
+    test::StarterServer server;
+    EXPECT_EQ(server.transcribe(test::wavFile(16000)), "");
+    EXPECT_EQ(server.program().standardError(), "");
+    EXPECT_EQ(server.program().standardOutput(), "");
+}
+
+TEST(StarterServer, endsAtOnceAndInOrderOnSigterm) {
+    test::StarterServer server;
+    server.program().signal(SIGTERM);
+    EXPECT_TRUE(server.program().waitForEnd(1s));
+    EXPECT_EQ(server.program().exitCode(), 0);
+}
+
+TEST(StarterServer, endsAtOnceEvenWhileItDecodes) {
+    test::StarterServer server;
+    RawConnection connection(server.port());
+    connection.send(test::postOf(test::appForm(test::wavOf(test::recordedSpeech().front()))));
+    EXPECT_FALSE(connection.waitForBytes("HTTP/1.1 ", 300ms)) << "seven seconds decoded too fast";
+    server.program().signal(SIGTERM);
+    EXPECT_TRUE(server.program().waitForEnd(1s));
+    EXPECT_EQ(server.program().exitCode(), 0);
+}
+
+TEST_F(HelperProgram, endsOnSigtermWhileItLoads) {
+    const std::uint16_t port = freePort();
+    ChildProgram helper(m_bundle.program(), HelperBundle::arguments(m_bundle.starterModel(), port));
+    ASSERT_TRUE(sayloft::test::waitUntil([&] { return sayloft::test::isListening(port); }));
+    helper.signal(SIGTERM);
+    EXPECT_TRUE(helper.waitForEnd(1s));
+    EXPECT_EQ(helper.exitCode(), 0);
+}
+
+TEST_F(HelperProgram, canBeStartedAgainOnItsPortAtOnce) {
+    const std::uint16_t port = freePort();
+    for (int round = 0; round < 3; ++round) {
+        ChildProgram helper(m_bundle.program(),
+                            HelperBundle::arguments(m_bundle.starterModel(), port));
+        ASSERT_TRUE(sayloft::test::waitUntil([&] { return sayloft::test::isListening(port); }));
+        EXPECT_EQ(exchange(port, "GET / HTTP/1.1\r\n\r\n").status, 200);
+    }
+}
+
+// In KiB, as /proc/<pid>/status gives it: VmRSS is what it has now, VmHWM the most it ever had.
+long memoryOf(const test::StarterServer& server, const QByteArray& field) {
+    const QByteArray status =
+        sayloft::test::readFile(QStringLiteral("/proc/%1/status").arg(server.program().pid()));
+    const qsizetype at = status.indexOf(field + ':');
+    return status.mid(at + field.size() + 1).trimmed().split(' ').front().toLong();
+}
+
+constexpr long mebibyte = 1024;
+
+TEST(StarterServer, refusesMoreThanSixtyFourMebibytesWithoutTakingThemIn) {
+    test::StarterServer server;
+    const long before = memoryOf(server, "VmHWM");
+    ASSERT_GT(before, 20 * mebibyte);
+    const std::string tooLong = test::appForm(std::string(std::size_t{64} << 20U, 'a'));
+    for (int round = 0; round < 3; ++round) {
+        const auto reply = exchange(server.port(), test::postOf(tooLong));
+        EXPECT_EQ(reply.status, 400);
+        EXPECT_EQ(reply.body, "the request is longer than 64 MiB\n");
+    }
+    EXPECT_LT(memoryOf(server, "VmHWM"), before + 16 * mebibyte);
+}
+
+TEST(StarterServer, takesInNoMoreOfAnEndlessRequestThanItMay) {
+    test::StarterServer server;
+    const long before = memoryOf(server, "VmHWM");
+    const auto endless = exchange(
+        server.port(), test::post("Transfer-Encoding: chunked\r\n" + test::formType(),
+                                  "fffffffffff\r\n" + std::string(std::size_t{300} << 20U, 'a')));
+    EXPECT_EQ(endless.status, 400);
+    EXPECT_EQ(endless.body, "the request is longer than 64 MiB\n");
+    EXPECT_LT(memoryOf(server, "VmHWM"), before + 3 * 64 * mebibyte);
+}
+
+TEST(StarterServer, takesAFormOfAlmostSixtyFourMebibytes) {
+    const test::StarterServer server;
+    const std::string file((std::size_t{64} << 20U) - 1000, 'a');
+    const auto reply = exchange(server.port(), test::postOf(test::appForm(file)));
+    EXPECT_EQ(reply.status, 400);
+    EXPECT_EQ(reply.body, "the file is not a WAV file\n");
+}
+
+TEST(StarterServer, outlivesThousandsOfMalformedRequests) {
+    test::StarterServer server;
+    std::mt19937 random(314159);  // NOLINT(bugprone-*): the same run every time
+    const std::string good = test::postOf(test::appForm(test::wavFile(200)));
+    for (int round = 0; round < 3000; ++round) {
+        std::string request = good;
+        for (auto changes = 1 + random() % 4; changes > 0; --changes)
+            request[random() % request.size()] = static_cast<char>(random());
+        if (random() % 3 == 0)
+            request.resize(random() % request.size());
+        const int status = exchange(server.port(), request).status;
+        ASSERT_TRUE(status == 200 || status == 400 || status == 404 || request.empty())
+            << status << " for\n"
+            << request;
+    }
+    ASSERT_TRUE(server.program().isRunning());
+    EXPECT_EQ(server.transcribe(test::wavFile(200)), "");
+}
+
+}  // namespace
+}  // namespace sayloft::helper

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QTemporaryDir>
+
+#include <string>
+#include <vector>
+
+namespace sayloft::helper::test {
+
+/// Somebody saying something: a WAV file and the words in it, lower case and without punctuation.
+struct SpeechSample {
+    QString file;
+    std::string words;
+};
+
+/// The file's bytes.
+[[nodiscard]] std::string wavOf(const SpeechSample& sample);
+
+/// Length in seconds of 16 kHz mono speech.
+[[nodiscard]] double secondsOf(const SpeechSample& sample);
+
+/// People reading from a novel (LibriVox), as Debian's pocketsphinx-testdata ships them.
+[[nodiscard]] std::vector<SpeechSample> recordedSpeech();
+
+/// The words spoken by Debian's speech synthesiser flite with its voice `rms`, in `directory`.
+[[nodiscard]] SpeechSample speak(const QTemporaryDir& directory, const std::string& words);
+
+/// Ten sentences spoken like that.
+[[nodiscard]] std::vector<SpeechSample> synthesisedSpeech(const QTemporaryDir& directory);
+
+/// What the recogniser's own command-line tool, pocketsphinx_batch with its defaults, made of some
+/// samples, one entry for each in their order.
+struct CommandLineRun {
+    std::vector<std::string> heard;
+    std::vector<double> decodingSeconds;  ///< wall time as the tool reports it, without the loading
+};
+[[nodiscard]] CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples);
+
+}  // namespace sayloft::helper::test

@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "helper/tests/HelperBundle.h"
+#include "helper/tests/SampleRequests.h"
+#include "helper/tests/SpeechSamples.h"
+#include "helper/tests/WordErrors.h"
+#include "tests/support/RawHttp.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <cstdio>
+#include <random>
+#include <thread>
+
+namespace sayloft::helper {
+namespace {
+
+using test::CommandLineRun;
+using test::SpeechSample;
+using test::wordErrors;
+
+class StarterRecognition : public testing::Test {
+protected:
+    static void SetUpTestSuite() { s_server = new test::StarterServer; }
+    static void TearDownTestSuite() {
+        delete s_server;
+        s_server = nullptr;
+    }
+
+    [[nodiscard]] std::string hear(const SpeechSample& sample) const {
+        return s_server->transcribe(test::wavOf(sample));
+    }
+
+    static test::StarterServer* s_server;
+    QTemporaryDir m_directory;
+};
+
+test::StarterServer* StarterRecognition::s_server = nullptr;
+
+class ClearSentence : public StarterRecognition, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ClearSentence, isHeardWordForWord) {
+    EXPECT_EQ(hear(test::speak(m_directory, GetParam())), GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(Table, ClearSentence,
+                         testing::Values("the weather is nice today",
+                                         "please send me the report before noon",
+                                         "we will meet at the station tomorrow morning",
+                                         "i would like a cup of coffee",
+                                         "the train leaves in twenty minutes"));
+
+// Percentage of wrong words over all samples.
+double errorRate(const std::vector<SpeechSample>& samples, const std::vector<std::string>& heard) {
+    int errors = 0;
+    std::size_t words = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        errors += wordErrors(samples[i].words, heard[i]);
+        words += test::wordsOf(samples[i].words).size();
+    }
+    return 100.0 * errors / static_cast<double>(words);
+}
+
+TEST_F(StarterRecognition, makesNoMoreErrorsThanTheRecognisersOwnCommandLineTool) {
+    const std::pair<const char*, std::vector<SpeechSample>> sets[] = {
+        {"recorded", test::recordedSpeech()},
+        {"synthesised", test::synthesisedSpeech(m_directory)}};
+    for (const auto& [name, samples] : sets) {
+        std::vector<std::string> heard;
+        for (const SpeechSample& sample : samples)
+            heard.push_back(hear(sample));
+        const double ours = errorRate(samples, heard);
+        const double theirs = errorRate(samples, test::runCommandLineTool(samples).heard);
+        std::printf("word error rate, %s speech: starter %.1f %%, pocketsphinx_batch %.1f %%\n",
+                    name, ours, theirs);
+        EXPECT_LE(ours, theirs) << name;
+        EXPECT_LT(ours, 40) << name;
+    }
+}
+
+TEST_F(StarterRecognition, hearsTheSameWhateverCameBefore) {
+    const std::vector<SpeechSample> samples = test::recordedSpeech();
+    const std::string alone = hear(samples[1]);
+    static_cast<void>(hear(samples[4]));
+    static_cast<void>(s_server->transcribe(test::wavFile(16000)));
+    EXPECT_EQ(hear(samples[1]), alone);
+    EXPECT_FALSE(alone.empty());
+}
+
+TEST_F(StarterRecognition, answersFiftyClientsAtOnceEachWithItsOwnWords) {
+    const SpeechSample one = test::speak(m_directory, "hello");
+    const SpeechSample other = test::speak(m_directory, "tomorrow");
+    const std::string wavs[] = {test::wavOf(one), test::wavOf(other)};
+    const std::string alone[] = {s_server->transcribe(wavs[0]), s_server->transcribe(wavs[1])};
+    ASSERT_NE(alone[0], alone[1]);
+    std::atomic<int> right = 0;
+    std::vector<std::jthread> clients;
+    for (std::size_t i = 0; i < 50; ++i) {
+        clients.emplace_back(
+            [&, i] { right += s_server->transcribe(wavs[i % 2]) == alone[i % 2] ? 1 : 0; });
+    }
+    clients.clear();
+    EXPECT_EQ(right, 50);
+}
+
+TEST_F(StarterRecognition, hearsNothingInSilenceOfAnyLength) {
+    for (const std::size_t samples : {0U, 1U, 159U, 400U, 410U, 1600U, 16000U, 160000U})
+        EXPECT_EQ(s_server->transcribe(test::wavFile(samples)), "") << samples;
+}
+
+TEST_F(StarterRecognition, survivesNoiseAtFullScale) {
+    std::mt19937 random(7);  // NOLINT(bugprone-*): the same run every time
+    std::string wav = test::wavFile(32000);
+    for (std::size_t i = 44; i < wav.size(); ++i)
+        wav[i] = static_cast<char>(random());
+    static_cast<void>(s_server->transcribe(wav));
+    for (std::size_t i = 44; i < wav.size(); i += 2)
+        wav.replace(i, 2, i / 64 % 2 == 0 ? std::string("\xff\x7f") : std::string("\x00\x80", 2));
+    static_cast<void>(s_server->transcribe(wav));
+    EXPECT_EQ(hear(test::speak(m_directory, "the weather is nice today")),
+              "the weather is nice today");
+}
+
+TEST(WordErrors, countsWordsPutInTakenOutAndReplaced) {
+    EXPECT_EQ(wordErrors("a b c", "a b c"), 0);
+    EXPECT_EQ(wordErrors("a b c", "a x c"), 1);
+    EXPECT_EQ(wordErrors("a b c", "b c"), 1);
+    EXPECT_EQ(wordErrors("a b c", "a b b c"), 1);
+    EXPECT_EQ(wordErrors("a b c", ""), 3);
+    EXPECT_EQ(wordErrors("", "a b"), 2);
+    EXPECT_EQ(wordErrors("a b c d", "b x d e"), 3);
+}
+
+}  // namespace
+}  // namespace sayloft::helper
