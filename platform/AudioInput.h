@@ -50,9 +50,9 @@ struct AudioCaptureRequest {
     int framesPerBuffer = 4096;           ///< only the last buffer is shorter
     /// Called on the backend's audio thread for every buffer.
     std::function<void(const AudioBuffer&)> onBuffer;
-    /// Called once, on the backend's audio thread, after the last buffer: after `finish()`, or when
-    /// the device or the sound server is lost.
-    std::function<void()> onEnd;
+    /// Called once, on the backend's audio thread, after the last buffer: after `finish()`, with an
+    /// empty `error`, or with the reason when the device or the sound server is lost or refuses.
+    std::function<void(const QString& error)> onEnd;
 };
 
 /// Either a running capture or the reason why there is none.

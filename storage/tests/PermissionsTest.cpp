@@ -10,7 +10,7 @@ namespace {
 
 class PermissionsTest : public testing::Test {
 protected:
-    test::FakeAudioHardware m_audio;
+    test::FakeAudioInput m_audio;
     test::FakePrivacySettings m_privacy;
     Permissions m_permissions{m_audio, m_privacy};
 };
@@ -25,7 +25,7 @@ struct MicRow {
 class MicrophoneStatus : public PermissionsTest, public testing::WithParamInterface<MicRow> {};
 
 TEST_P(MicrophoneStatus, countsAsGrantedOnlyWhenAuthorizedAndIsAskedForOnlyOnce) {
-    m_audio.authorizationStatus = GetParam().status;
+    m_audio.answer = GetParam().status;
     EXPECT_EQ(m_permissions.micGranted(), GetParam().granted);
     m_permissions.requestMicIfNotDetermined();
     EXPECT_EQ(m_audio.accessRequests, GetParam().requests);

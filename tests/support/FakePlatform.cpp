@@ -34,11 +34,13 @@ void FakeKeyPoster::postKey(std::uint16_t virtualKey, std::uint64_t flags, Poste
 }
 
 FakePlatform::FakePlatform()
-    : audio(install<FakeAudioHardware>(m_platform.audioInput)),
+    : audio(install<FakeAudioInput>(m_platform.audioInput)),
       sounds(install<FakeSystemSounds>(m_platform.sounds)),
       privacy(install<FakePrivacySettings>(m_platform.privacy)),
       modifierWatch(install<FakeModifierWatch>(m_platform.modifierWatch)),
       clipboard(install<FakeClipboard>(m_platform.clipboard)),
-      keyPoster(install<FakeKeyPoster>(m_platform.keyPoster)) {}
+      keyPoster(install<FakeKeyPoster>(m_platform.keyPoster)) {
+    audio.defaultFormat = {.sampleRate = 48000, .channels = 1};
+}
 
 }  // namespace sayloft::test

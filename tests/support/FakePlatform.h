@@ -7,7 +7,7 @@
 #include "platform/Platform.h"
 #include "platform/PrivacySettings.h"
 #include "platform/SystemSounds.h"
-#include "tests/support/FakeAudioHardware.h"
+#include "tests/support/FakeAudioInput.h"
 
 #include <QString>
 
@@ -82,7 +82,7 @@ private:
     Platform m_platform;
 
 public:
-    FakeAudioHardware& audio;
+    FakeAudioInput& audio;
     FakeSystemSounds& sounds;
     FakePrivacySettings& privacy;
     FakeModifierWatch& modifierWatch;

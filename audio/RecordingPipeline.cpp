@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+#include "audio/RecordingPipeline.h"
+
+#include <utility>
+
+namespace sayloft {
+
+RecordingPipeline::RecordingPipeline(WavFile file, AudioFormat inputFormat)
+    : m_file(std::move(file)),
+      m_resampler(MonoResampler::create(inputFormat, WavFile::sampleRate)) {}
+
+void RecordingPipeline::handle(const AudioBuffer& buffer, Boost boost) {
+    const std::lock_guard lock(m_mutex);
+    if (!m_file)
+        return;
+    m_hasBuffer = true;
+    if (buffer.samples != nullptr) {
+        const ChannelView first(buffer);
+        const Loudness loudness = LevelMeter::measure(first);
+        m_level.store(LevelMeter::level(loudness.rms), std::memory_order_relaxed);
+        if (boost == Boost::on)
+            AutoGain::apply(first, m_gain.gainFor(loudness));
+    }
+    if (m_resampler)
+        write(m_resampler->convert(buffer));
+}
+
+void RecordingPipeline::end(const QString& error) {
+    const std::lock_guard lock(m_mutex);
+    closeLocked();
+    m_error = error;
+    m_ended = true;
+    m_endedCondition.notify_all();
+}
+
+std::optional<QString> RecordingPipeline::startError() const {
+    if (!m_ended || m_hasBuffer || m_error.isEmpty())
+        return std::nullopt;
+    return m_error;
+}
+
+void RecordingPipeline::waitUntilEnded(std::chrono::milliseconds deadline) {
+    std::unique_lock lock(m_mutex);
+    m_endedCondition.wait_for(lock, deadline, [this] { return m_ended.load(); });
+    closeLocked();
+}
+
+void RecordingPipeline::close() {
+    const std::lock_guard lock(m_mutex);
+    closeLocked();
+}
+
+void RecordingPipeline::closeLocked() {
+    if (m_file && m_resampler)
+        write(m_resampler->flush());
+    m_resampler.reset();
+    m_file.reset();
+}
+
+void RecordingPipeline::write(std::span<const float> samples) {
+    // What cannot be written is lost; the next buffer may fit again.
+    if (!samples.empty())
+        m_file->write(samples);
+}
+
+}  // namespace sayloft

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "audio/RecordingFiles.h"
+
+#include "tests/support/TempHome.h"
+
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace sayloft {
+namespace {
+
+class TheRecordingFiles : public testing::Test {
+protected:
+    [[nodiscard]] QString path(const char* name) const {
+        return m_directory.filePath(QString::fromLatin1(name));
+    }
+
+    QTemporaryDir m_directory;
+    std::shared_ptr<RecordingFiles> m_files =
+        std::make_shared<RecordingFiles>(path("sayloft_rec.wav"));
+};
+
+TEST_F(TheRecordingFiles, areTheMainFileAgainAndAgainWhileItIsFree) {
+    EXPECT_EQ(m_files->lease()->path(), path("sayloft_rec.wav"));
+    EXPECT_EQ(m_files->lease()->path(), path("sayloft_rec.wav"));
+}
+
+TEST_F(TheRecordingFiles, areSiblingsWhileTheMainFileIsInUse) {
+    const auto first = m_files->lease();
+    auto second = m_files->lease();
+    const auto third = m_files->lease();
+    EXPECT_EQ(second->path(), path("sayloft_rec-2.wav"));
+    EXPECT_EQ(third->path(), path("sayloft_rec-3.wav"));
+    second.reset();
+    EXPECT_EQ(m_files->lease()->path(), path("sayloft_rec-2.wav"));
+}
+
+TEST_F(TheRecordingFiles, leaveOnlyTheMainFileBehind) {
+    auto first = m_files->lease();
+    auto second = m_files->lease();
+    test::writeFile(first->path(), "first");
+    test::writeFile(second->path(), "second");
+    first.reset();
+    second.reset();
+    EXPECT_EQ(test::readFile(path("sayloft_rec.wav")), "first");
+    EXPECT_FALSE(QFileInfo::exists(path("sayloft_rec-2.wav")));
+}
+
+TEST_F(TheRecordingFiles, neverBelongToTwoWhoeverGivesThemBack) {
+    std::vector<std::jthread> threads;
+    std::atomic<int> lost = 0;
+    for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([&, i] {
+            for (int round = 0; round < 200; ++round) {
+                const auto lease = m_files->lease();
+                const QByteArray mine = QByteArray::number(i * 1000 + round);
+                test::writeFile(lease->path(), mine);
+                lost += test::readFile(lease->path()) == mine ? 0 : 1;
+            }
+        });
+    }
+    threads.clear();
+    EXPECT_EQ(lost, 0);
+}
+
+}  // namespace
+}  // namespace sayloft
