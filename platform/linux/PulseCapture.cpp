@@ -126,8 +126,9 @@ void PulseCapture::readAll() {
         m_grouper.add(static_cast<const float*>(data), bytes / sizeof(float));
         pa_stream_drop(m_stream.get());
         m_lastData = Clock::now();
-        m_patience = patience;
         m_isStale = false;
+        if (std::exchange(m_patience, patience) == patienceAtFirst)
+            m_watchdog->start(pa_stream_get_context(m_stream.get()), patience);
     }
 }
 

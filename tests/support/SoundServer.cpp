@@ -119,10 +119,11 @@ QByteArray SoundServer::pactl(const QStringList& arguments) const {
     return run(QStringLiteral("pactl"), arguments, {}, environment());
 }
 
+// The player keeps well ahead, so that it has no gaps on a busy machine either.
 ChildProgram SoundServer::startPlaying(const QString& wavPath) const {
     return ChildProgram(
         QStringLiteral("paplay"),
-        {QStringLiteral("--latency-msec=30"), QStringLiteral("--device=room"), wavPath},
+        {QStringLiteral("--latency-msec=400"), QStringLiteral("--device=room"), wavPath},
         environment());
 }
 

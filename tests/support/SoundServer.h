@@ -34,7 +34,8 @@ public:
 
     void addTo(QProcessEnvironment& environment) const;
 
-    /// Plays a WAV file into the room and returns when it has been played.
+    /// Plays a WAV file into the room and returns when it has been played. The server may swallow
+    /// its first 20 ms.
     void play(const QString& wavPath) const;
     [[nodiscard]] ChildProgram startPlaying(const QString& wavPath) const;
 
