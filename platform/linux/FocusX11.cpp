@@ -78,8 +78,8 @@ constexpr std::uint32_t WM_CLASS_LONGS = 256;
 
 /// Process ids that the server knows for the clients of `windows`; 0 where it knows none.
 std::array<std::uint32_t, 2> processIds(xcb_connection_t* connection,
-                                        std::array<xcb_window_t, 2> windows) {
-    const std::uint32_t clientMask = ~xcb_get_setup(connection)->resource_id_mask;
+                                        std::array<xcb_window_t, 2> windows,
+                                        std::uint32_t clientMask) {
     std::array<xcb_res_client_id_spec_t, 2> wanted{};
     for (std::size_t i = 0; i < wanted.size(); ++i)
         wanted[i] = {windows[i], XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
@@ -99,6 +99,12 @@ std::array<std::uint32_t, 2> processIds(xcb_connection_t* connection,
         }
     }
     return pids;
+}
+
+/// The bits of a resource id that name the client which made it.
+std::uint32_t clientMask(xcb_connection_t* connection) {
+    const xcb_setup_t* setup = xcb_get_setup(connection);
+    return setup == nullptr ? 0 : ~setup->resource_id_mask;
 }
 
 /// Client ids came with version 1.2 of X-Resource.
@@ -122,6 +128,7 @@ bool isTerminalClass(const QByteArray& windowClass) {
 FocusX11::FocusX11(xcb_connection_t* connection)
     : m_connection(connection),
       m_root(rootWindow(connection)),
+      m_clientMask(clientMask(connection)),
       m_netActiveWindow(internAtom(connection, "_NET_ACTIVE_WINDOW")),
       m_hasResourceExtension(canAskForClientIds(connection)) {}
 
@@ -133,7 +140,7 @@ FocusedWindow FocusX11::focused() const {
     const xcb_window_t focus = reply->focus;
     const bool isWindow =
         focus != XCB_INPUT_FOCUS_NONE && focus != XCB_INPUT_FOCUS_POINTER_ROOT && focus != m_root;
-    const FocusedWindow direct = isWindow ? withClass(focus) : FocusedWindow{};
+    FocusedWindow direct = isWindow ? withClass(focus) : FocusedWindow{};
     if (!direct.windowClass.isEmpty())
         return direct;
     if (const xcb_window_t active = activeWindow(); active != XCB_WINDOW_NONE)
@@ -145,10 +152,10 @@ FocusedWindow FocusX11::focused() const {
 }
 
 bool FocusX11::sameProgram(xcb_window_t one, xcb_window_t other) const {
-    if (one == XCB_WINDOW_NONE || other == XCB_WINDOW_NONE)
+    if (one == XCB_WINDOW_NONE || other == XCB_WINDOW_NONE ||
+        xcb_connection_has_error(m_connection) != 0)
         return false;
-    const std::uint32_t clientMask = ~xcb_get_setup(m_connection)->resource_id_mask;
-    return (one & clientMask) == (other & clientMask) || sameProcess(one, other);
+    return (one & m_clientMask) == (other & m_clientMask) || sameProcess(one, other);
 }
 
 // The focus may lie on a child of the window that carries the class.
@@ -211,7 +218,7 @@ xcb_window_t FocusX11::windowUnderPointer() const {
 bool FocusX11::sameProcess(xcb_window_t one, xcb_window_t other) const {
     if (!m_hasResourceExtension)
         return false;
-    const auto pids = processIds(m_connection, {one, other});
+    const auto pids = processIds(m_connection, {one, other}, m_clientMask);
     return pids[0] != 0 && pids[0] == pids[1];
 }
 

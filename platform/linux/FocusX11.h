@@ -5,6 +5,8 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
+
 namespace sayloft {
 
 /// The window that keys go to.
@@ -42,6 +44,7 @@ private:
 
     xcb_connection_t* m_connection;
     xcb_window_t m_root;
+    std::uint32_t m_clientMask;
     xcb_atom_t m_netActiveWindow;
     bool m_hasResourceExtension;
 };

@@ -22,7 +22,9 @@ xcb_atom_t internAtom(xcb_connection_t* connection, const char* name) {
 }
 
 xcb_window_t rootWindow(xcb_connection_t* connection) {
-    return xcb_setup_roots_iterator(xcb_get_setup(connection)).data->root;
+    const xcb_setup_t* setup = xcb_get_setup(connection);
+    return setup == nullptr ? xcb_window_t{XCB_WINDOW_NONE}
+                            : xcb_setup_roots_iterator(setup).data->root;
 }
 
 }  // namespace sayloft

@@ -26,7 +26,7 @@ using XcbOwned = std::unique_ptr<T, XcbFree>;
 /// XCB_ATOM_NONE when the server is gone.
 [[nodiscard]] xcb_atom_t internAtom(xcb_connection_t* connection, const char* name);
 
-/// The root window of the connection's first screen.
+/// The root window of the connection's first screen; XCB_WINDOW_NONE when the server is gone.
 [[nodiscard]] xcb_window_t rootWindow(xcb_connection_t* connection);
 
 }  // namespace sayloft
