@@ -24,6 +24,13 @@ public:
     /// may be another key. `posted` is called once on the main thread when the events are out, also
     /// when they could not be made; it may be called before this function returns.
     virtual void postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) = 0;
+
+    /// Some platforms can type only after letting go of the modifier keys that the user holds.
+    /// While `mayRelease` says false (a dictation is being held), they wait instead. Others need no
+    /// such thing. Without a predicate held keys may be released.
+    virtual void setMayReleaseHeldKeys(std::function<bool()> mayRelease) {
+        static_cast<void>(mayRelease);
+    }
 };
 
 }  // namespace sayloft

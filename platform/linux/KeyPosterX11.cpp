@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: MIT
+#include "platform/linux/KeyPosterX11.h"
+
+#include "platform/ModifierWatch.h"
+#include "platform/Mods.h"
+#include "platform/linux/FocusX11.h"
+#include "platform/linux/XkbState.h"
+
+#include <QPointer>
+#include <QTimer>
+
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include <chrono>
+#include <utility>
+
+namespace sayloft {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto longestWaitForHeldKeys = 1500ms;
+constexpr auto heldKeysInterval = 10ms;
+
+const KeyChordX11 controlV{
+    .key = XKB_KEY_v,
+    .modifier = KeyChordX11::Modifier{.index = KeyMapX11::control, .keysym = XKB_KEY_Control_L}};
+const KeyChordX11 shiftInsert{
+    .key = XKB_KEY_Insert,
+    .modifier = KeyChordX11::Modifier{.index = KeyMapX11::shift, .keysym = XKB_KEY_Shift_L}};
+const KeyChordX11 plainReturn{.key = XKB_KEY_Return, .modifier = std::nullopt};
+
+class Injection {
+public:
+    explicit Injection(ModifierWatch& watch) : m_watch(watch) { m_watch.beginInjection(); }
+    ~Injection() { m_watch.endInjection(); }
+    Injection(const Injection&) = delete;
+    Injection& operator=(const Injection&) = delete;
+
+private:
+    ModifierWatch& m_watch;
+};
+
+}  // namespace
+
+KeyPosterX11::KeyPosterX11(ModifierWatch& watch, PasteOffer offer)
+    : m_watch(watch), m_offer(std::move(offer)) {}
+
+void KeyPosterX11::setMayReleaseHeldKeys(std::function<bool()> mayRelease) {
+    m_mayRelease = std::move(mayRelease);
+}
+
+void KeyPosterX11::postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) {
+    m_requests.push_back({virtualKey, flags, std::move(posted)});
+    if (m_requests.size() == 1)
+        startNext();
+}
+
+void KeyPosterX11::startNext() {
+    m_offered = Offer::none;
+    m_sinceStart.start();
+    if (!connect() || !readKeyMap())
+        return finish();
+    proceed();
+}
+
+// Comes back here after every wait: what was true before it may have changed meanwhile.
+void KeyPosterX11::proceed() {
+    if (mustWaitForHeldKeys()) {
+        QTimer::singleShot(heldKeysInterval, this, [this] { proceed(); });
+        return;
+    }
+    if (!readKeyMap())
+        return finish();
+    const std::optional<Plan> next = plan(m_requests.front());
+    if (!next)
+        return finish();
+    if (next->offer != m_offered)
+        return getOffered(next->offer);
+    if (inject(next->chord) == Outcome::heldKeys)
+        return proceed();
+    finish();
+}
+
+void KeyPosterX11::finish() {
+    const Posted posted = std::move(m_requests.front().posted);
+    const QPointer<KeyPosterX11> self(this);
+    if (posted)
+        posted();
+    if (!self)
+        return;
+    m_requests.pop_front();
+    if (!m_requests.empty())
+        startNext();
+}
+
+void KeyPosterX11::getOffered(Offer offer) {
+    m_offered = offer;
+    const auto ready = [self = QPointer<KeyPosterX11>(this)] {
+        if (self)
+            self->proceed();
+    };
+    offer == Offer::primary ? m_offer.onPrimary(ready) : m_offer.onClipboard(ready);
+}
+
+bool KeyPosterX11::connect() {
+    // Takes away what the server tells every client, and notices when the server has gone.
+    while (m_connection && XcbOwned<xcb_generic_event_t>(xcb_poll_for_event(m_connection.get())))
+        continue;
+    if (m_connection && xcb_connection_has_error(m_connection.get()) == 0)
+        return true;
+    m_connection = connectToXServer();
+    return m_connection && useXkb(m_connection.get()) &&
+           KeyInjectorX11(m_connection.get()).isAvailable();
+}
+
+bool KeyPosterX11::readKeyMap() {
+    m_map = KeyMapX11::read(m_connection.get());
+    return m_map.has_value();
+}
+
+bool KeyPosterX11::mustWaitForHeldKeys() const {
+    const std::optional<XkbState> state = readXkbState(m_connection.get());
+    if (!state || (state->base & ~m_map->lockModifiers()) == 0)
+        return false;
+    const bool mayRelease = !m_mayRelease || m_mayRelease();
+    return !mayRelease || !m_sinceStart.hasExpired(longestWaitForHeldKeys.count());
+}
+
+std::optional<KeyPosterX11::Plan> KeyPosterX11::plan(const Request& request) const {
+    if (request.virtualKey == VirtualKey::v && request.flags == KeyFlag::command)
+        return pastePlan();
+    if (request.virtualKey == VirtualKey::returnKey && request.flags == 0)
+        return Plan{.chord = plainReturn};
+    return std::nullopt;
+}
+
+KeyPosterX11::Plan KeyPosterX11::pastePlan() const {
+    const FocusX11 focus(m_connection.get());
+    if (isTerminalClass(focus.focused().windowClass))
+        return {.chord = shiftInsert, .offer = Offer::primary};
+    const bool hasLatinV = m_map->keyFor(XKB_KEY_v, 0).has_value();
+    return {.chord = hasLatinV ? controlV : shiftInsert, .offer = Offer::clipboard};
+}
+
+KeyPosterX11::Outcome KeyPosterX11::inject(const KeyChordX11& chord) {
+    const Injection injection(m_watch);
+    // The watch has just reported what it had not yet: perhaps a new dictation.
+    if (mustWaitForHeldKeys())
+        return Outcome::heldKeys;
+    const std::optional<XkbState> state = readXkbState(m_connection.get());
+    KeyInjectorX11 injector(m_connection.get());
+    static_cast<void>(injector.type(chord, *m_map, state ? state->group : 0));
+    return Outcome::done;
+}
+
+}  // namespace sayloft

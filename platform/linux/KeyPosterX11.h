@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "platform/KeyPoster.h"
+#include "platform/linux/KeyInjectorX11.h"
+#include "platform/linux/KeyMapX11.h"
+#include "platform/linux/XcbHandles.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+
+namespace sayloft {
+
+class ModifierWatch;
+
+/// Types with XTEST. Pasting is Control+V, or Shift+Insert in terminals and where the keyboard map
+/// has no Latin V. Calls are carried out one after another.
+///
+/// Modifiers that the user holds are waited for, up to 1.5 s and longer while they may not be
+/// released, and are then released in the user's place.
+class KeyPosterX11 : public QObject, public KeyPoster {
+public:
+    using Ready = std::function<void()>;
+
+    /// How the text to paste gets to where the paste key fetches it; each calls `ready` once.
+    struct PasteOffer {
+        std::function<void(Ready ready)> onClipboard;
+        /// On PRIMARY too, which terminals paste.
+        std::function<void(Ready ready)> onPrimary;
+    };
+
+    /// `watch` must outlive it. A callback of `offer` that comes after its end does nothing.
+    KeyPosterX11(ModifierWatch& watch, PasteOffer offer);
+
+    void postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) override;
+    void setMayReleaseHeldKeys(std::function<bool()> mayRelease) override;
+
+private:
+    enum class Offer { none, clipboard, primary };
+    enum class Outcome { done, heldKeys };
+    struct Request {
+        std::uint16_t virtualKey;
+        std::uint64_t flags;
+        Posted posted;
+    };
+    struct Plan {
+        KeyChordX11 chord;
+        Offer offer = Offer::none;
+    };
+
+    void startNext();
+    void proceed();
+    void finish();
+    void getOffered(Offer offer);
+    [[nodiscard]] bool connect();
+    [[nodiscard]] bool readKeyMap();
+    [[nodiscard]] bool mustWaitForHeldKeys() const;
+    [[nodiscard]] std::optional<Plan> plan(const Request& request) const;
+    [[nodiscard]] Plan pastePlan() const;
+    [[nodiscard]] Outcome inject(const KeyChordX11& chord);
+
+    ModifierWatch& m_watch;
+    PasteOffer m_offer;
+    std::function<bool()> m_mayRelease;
+    std::deque<Request> m_requests;  ///< the first one is being carried out
+    QElapsedTimer m_sinceStart;      ///< of the first request
+    Offer m_offered = Offer::none;
+    XcbConnection m_connection;
+    std::optional<KeyMapX11> m_map;
+};
+
+}  // namespace sayloft

@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/TestKeyboard.h"
+
+#include "platform/linux/XcbXkb.h"
+#include "platform/linux/XkbState.h"
+#include "tests/support/ChildProgram.h"
+
+#include <xcb/xcbext.h>
+#include <xcb/xtest.h>
+
+#include <array>
+#include <stdexcept>
+
+#include <sys/uio.h>
+
+namespace sayloft::test {
+namespace {
+
+void waitForServer(xcb_connection_t* connection) {
+    const XcbOwned<xcb_get_input_focus_reply_t> reply(
+        xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+}
+
+XkbState stateOf(xcb_connection_t* connection) {
+    return readXkbState(connection).value_or(XkbState{});
+}
+
+// WORKAROUND: libxcb 1.15 has no parameter for the value of the latches, so the request is written
+// out by hand.
+void latchModifiers(xcb_connection_t* connection, std::uint8_t modifiers) {
+    xcb_xkb_latch_lock_state_request_t request{};
+    request.deviceSpec = XCB_XKB_ID_USE_CORE_KBD;
+    request.affectModLatches = modifiers;
+    request.pad0 = modifiers;
+    // libxcb uses the two elements before the one that it is given.
+    std::array<iovec, 3> parts{};
+    parts[2] = {&request, sizeof request};
+    const xcb_protocol_request_t description{
+        .count = 1, .ext = &xcb_xkb_id, .opcode = XCB_XKB_LATCH_LOCK_STATE, .isvoid = 1};
+    xcb_send_request(connection, 0, &parts[2], &description);
+}
+
+}  // namespace
+
+TestKeyboard::TestKeyboard() : m_connection(connectToXServer()) {
+    if (!m_connection || !useXkb(m_connection.get()))
+        throw std::runtime_error("no X server with XKB for the keyboard");
+}
+
+TestKeyboard::~TestKeyboard() {
+    while (!m_down.empty() && xcb_connection_has_error(m_connection.get()) == 0)
+        release(*m_down.begin());
+}
+
+void TestKeyboard::press(Key key) {
+    fake(XCB_KEY_PRESS, key);
+    m_down.insert(key);
+}
+
+void TestKeyboard::release(Key key) {
+    fake(XCB_KEY_RELEASE, key);
+    m_down.erase(key);
+}
+
+void TestKeyboard::tap(Key key) {
+    press(key);
+    release(key);
+}
+
+void TestKeyboard::tapWith(Key modifier, Key key) {
+    press(modifier);
+    tap(key);
+    release(modifier);
+}
+
+void TestKeyboard::setLayouts(const QString& layouts, std::uint8_t active) {
+    run(QStringLiteral("setxkbmap"), {QStringLiteral("-layout"), layouts});
+    setGroup(active);
+}
+
+void TestKeyboard::setOption(const QString& option) {
+    run(QStringLiteral("setxkbmap"), {QStringLiteral("-option"), option});
+}
+
+std::uint8_t TestKeyboard::heldModifiers() const {
+    return stateOf(m_connection.get()).base;
+}
+
+std::uint8_t TestKeyboard::lockedModifiers() const {
+    return stateOf(m_connection.get()).locked;
+}
+
+std::uint8_t TestKeyboard::latchedModifiers() const {
+    return stateOf(m_connection.get()).latched;
+}
+
+std::uint8_t TestKeyboard::activeLayout() const {
+    return stateOf(m_connection.get()).group;
+}
+
+void TestKeyboard::latch(std::uint8_t modifiers) {
+    latchModifiers(m_connection.get(), modifiers);
+    waitForServer(m_connection.get());
+}
+
+void TestKeyboard::lock(std::uint8_t modifiers) {
+    xcb_xkb_latch_lock_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, 0xff, modifiers, 0, 0, 0,
+                             0, 0);
+    waitForServer(m_connection.get());
+}
+
+void TestKeyboard::setGroup(std::uint8_t group) {
+    xcb_xkb_latch_lock_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
+    waitForServer(m_connection.get());
+}
+
+void TestKeyboard::fake(std::uint8_t type, Key key) {
+    xcb_test_fake_input(m_connection.get(), type, key, XCB_CURRENT_TIME, XCB_WINDOW_NONE, 0, 0, 0);
+    waitForServer(m_connection.get());
+}
+
+}  // namespace sayloft::test
