@@ -23,12 +23,12 @@ Platform loadPlatform() {
     platform.sounds = std::make_unique<SystemSoundsNull>();
     platform.privacy = std::make_unique<PrivacySettingsX11>();
     platform.keyPoster = std::make_unique<KeyPosterX11>(
-        *modifierWatch, KeyPosterX11::PasteOffer{
-                            .onClipboard = [&agent = *clipboard](
-                                               auto ready) { agent.whenOffered(std::move(ready)); },
-                            .onPrimary = [&agent = *clipboard](auto ready) {
-                                agent.offerOnPrimary(std::move(ready));
-                            }});
+        *modifierWatch,
+        KeyPosterX11::PasteOffer{
+            .onClipboard = [&agent =
+                                *clipboard](auto ready) { agent.whenOffered(std::move(ready)); },
+            .onPrimary = [&agent =
+                              *clipboard](auto ready) { agent.offerOnPrimary(std::move(ready)); }});
     platform.modifierWatch = std::move(modifierWatch);
     platform.clipboard = std::move(clipboard);
     return platform;

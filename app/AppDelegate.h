@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/ChordMachine.h"
+#include "app/DictationSession.h"
+#include "app/StatusItem.h"
+#include "app/Windows.h"
+#include "audio/Recorder.h"
+#include "overlay/Overlay.h"
+#include "platform/Platform.h"
+#include "speech/ParakeetServer.h"
+#include "speech/Paster.h"
+#include "speech/Transcriber.h"
+#include "storage/Config.h"
+#include "storage/History.h"
+#include "storage/Permissions.h"
+
+#include <QObject>
+
+#include <memory>
+
+namespace sayloft {
+
+/// Owns and wires every long-lived object, and orders start-up and shutdown. Main thread.
+class AppDelegate : public QObject, private DictationHost {
+public:
+    explicit AppDelegate(Platform platform);
+    ~AppDelegate() override;
+    AppDelegate(const AppDelegate&) = delete;
+    AppDelegate& operator=(const AppDelegate&) = delete;
+
+    void applicationDidFinishLaunching();
+
+    /// Ends the speech server and waits for it. Nothing of the controller may be used afterwards.
+    void applicationWillTerminate();
+
+    /// Another copy of the program was started: this one comes to the front.
+    void activate();
+
+    /// Restarts the speech server with the configured model, without waiting for it.
+    void restartServer();
+    void checkPermissions();
+    void quit();
+
+    /// `held` is the complete set of modifiers that are down.
+    void process(Mods held);
+    void startCapture(Capturing list);
+
+    /// Takes effect on a later turn of the main loop, in the order of the calls.
+    void setState(IconState state) override;
+    void buildMenu() override;
+
+    Config cfg;
+
+    // What the user sees; each may be absent.
+    std::unique_ptr<StatusItem> statusItem;
+    std::unique_ptr<Overlay> overlay;
+    std::unique_ptr<Windows> windows;
+
+    [[nodiscard]] const ChordMachine& chords() const { return m_chords; }
+    [[nodiscard]] const DictationSession& session() const { return m_session; }
+    [[nodiscard]] Recorder& recorder() { return m_recorder; }
+    [[nodiscard]] ParakeetServer& parakeet() { return m_parakeet; }
+    [[nodiscard]] History& history() { return m_history; }
+
+private:
+    void installEventTap();
+    void applyOverlayConfig();
+    void openOnboardingIfNeeded();
+    void storeCapturedChord(const ChordCaptured& captured);
+
+    [[nodiscard]] Overlay* dictationOverlay() override { return overlay.get(); }
+    [[nodiscard]] bool accessibilityTrusted() const override;
+    [[nodiscard]] bool serverReady() const override;
+
+    Platform m_platform;
+    Permissions m_permissions;
+    Recorder m_recorder;
+    Transcriber m_transcriber;
+    Paster m_paster;
+    ParakeetServer m_parakeet;
+    History m_history;
+    ChordMachine m_chords;
+    // Last, so that it is destroyed first: its threads use the objects above.
+    DictationSession m_session;
+};
+
+}  // namespace sayloft

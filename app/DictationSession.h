@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/ChordMachine.h"
+#include "app/StatusItem.h"
+#include "platform/Mods.h"
+
+#include <QObject>
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
+namespace sayloft {
+
+struct Config;
+class History;
+class Overlay;
+class Paster;
+class Recorder;
+class SystemSounds;
+class TranscriptionThread;
+class Transcriber;
+
+/// What a dictation asks of the program around it. Main thread.
+class DictationHost {
+public:
+    virtual ~DictationHost() = default;
+
+    virtual void setState(IconState state) = 0;
+    virtual void buildMenu() = 0;
+    [[nodiscard]] virtual Overlay* dictationOverlay() = 0;  ///< may be null
+    [[nodiscard]] virtual bool accessibilityTrusted() const = 0;
+    [[nodiscard]] virtual bool serverReady() const = 0;
+};
+
+/// The parts that a dictation is made of; all of them outlive the session.
+struct DictationParts {
+    const Config& cfg;
+    Recorder& recorder;
+    const Transcriber& transcriber;
+    Paster& paster;
+    History& history;
+    SystemSounds& sounds;
+};
+
+/// From chord-down to pasted text. A new dictation may begin while earlier ones are still being
+/// transcribed. Main thread; only the transcription runs on a thread of its own.
+class DictationSession : public QObject {
+public:
+    DictationSession(const DictationParts& parts, DictationHost& host);
+
+    void beginRecording(bool enter, Mods chord);
+    void endRecording();
+
+    /// Shows the error icon for a moment.
+    void flashError();
+
+    [[nodiscard]] const RunningDictation& running() const { return m_running; }
+
+private:
+    struct Finished {
+        bool enter = false;
+        double seconds = 0;  ///< from chord-down to chord-up
+    };
+
+    void transcriptionFinished(const std::optional<QString>& text, const Finished& dictation);
+    void deliver(const QString& text, const Finished& dictation);
+    void reportOnOverlay(const QString& text, double seconds);
+
+    DictationParts m_parts;
+    DictationHost& m_host;
+    RunningDictation m_running;
+    bool m_pendingEnter = false;
+    std::chrono::steady_clock::time_point m_recordStart;
+};
+
+}  // namespace sayloft

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#include "app/TranscriptionThread.h"
+
+#include "audio/Recording.h"
+#include "speech/Transcriber.h"
+
+#include <utility>
+
+namespace sayloft {
+
+TranscriptionThread::TranscriptionThread(const Transcriber& transcriber,
+                                         std::shared_ptr<Recording> recording, QObject* parent)
+    : QThread(parent), m_transcriber(transcriber), m_recording(std::move(recording)) {}
+
+TranscriptionThread::~TranscriptionThread() {
+    m_stop.request_stop();
+    wait();
+}
+
+void TranscriptionThread::run() {
+    const QString file = m_recording->waitUntilFinished();
+    m_text = m_transcriber.transcribe(file, m_stop.get_token());
+    // The recording's file name is free for the next one from here on.
+    m_recording.reset();
+}
+
+}  // namespace sayloft

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+#include <QThread>
+
+#include <memory>
+#include <optional>
+#include <stop_token>
+
+namespace sayloft {
+
+class Recording;
+class Transcriber;
+
+/// Transcribes one recording on a thread of its own and emits `finished`. Destroying it gives up
+/// the transcription and waits for the thread, which is prompt.
+class TranscriptionThread : public QThread {
+public:
+    /// `transcriber` must outlive the thread and may serve several at once.
+    TranscriptionThread(const Transcriber& transcriber, std::shared_ptr<Recording> recording,
+                        QObject* parent);
+    ~TranscriptionThread() override;
+    TranscriptionThread(const TranscriptionThread&) = delete;
+    TranscriptionThread& operator=(const TranscriptionThread&) = delete;
+
+    /// The transcript, none when there is none. Only after `finished`.
+    [[nodiscard]] const std::optional<QString>& text() const { return m_text; }
+
+protected:
+    void run() override;
+
+private:
+    const Transcriber& m_transcriber;
+    std::shared_ptr<Recording> m_recording;
+    std::stop_source m_stop;
+    std::optional<QString> m_text;
+};
+
+}  // namespace sayloft

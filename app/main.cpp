@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#include "app/AppDelegate.h"
+#include "app/QuitSignals.h"
+#include "app/SingleInstance.h"
+#include "models/Paths.h"
+#include "platform/Desktop.h"
+#include "platform/Platform.h"
+
+#include <QApplication>
+#include <QDir>
+
+#include <cstdio>
+
+int main(int argc, char** argv) {
+    using namespace sayloft;
+
+    if (const auto missing = missingDesktop()) {
+        std::fprintf(stderr, "sayloft: %s\n", qUtf8Printable(*missing));
+        return 1;
+    }
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Sayloft"));
+    QApplication::setDesktopFileName(QStringLiteral("org.sayloft.Sayloft"));
+    QApplication::setQuitOnLastWindowClosed(false);
+    fixPaths(bundleDirOfExecutable(QApplication::applicationDirPath()), QDir::homePath());
+
+    SingleInstance instance;
+    if (!instance.claim())
+        return 0;
+
+    AppDelegate delegate(loadPlatform());
+    instance.onActivate = [&delegate] { delegate.activate(); };
+    const QuitSignals quitSignals([&delegate] { delegate.quit(); });
+    QObject::connect(&application, &QApplication::aboutToQuit, &delegate,
+                     &AppDelegate::applicationWillTerminate);
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}

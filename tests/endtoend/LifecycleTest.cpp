@@ -1,0 +1,128 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/SayloftProgram.h"
+#include "tests/support/TempHome.h"
+#include "tests/support/WaitUntil.h"
+#include "tests/support/XServer.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <memory>
+
+namespace sayloft {
+namespace {
+
+using namespace std::chrono_literals;
+
+bool helperRuns() {
+    QProcess pgrep;
+    pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+    return pgrep.waitForFinished(5000) && pgrep.exitCode() == 0;
+}
+
+class Program : public testing::Test {
+protected:
+    Program() {
+        test::writeConfig(home(), R"({"model":"starter"})");
+        m_environment = m_server->environment();
+        m_environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+        m_environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+    }
+
+    [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
+
+    void startAndWaitForTheHelper() {
+        m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment);
+        ASSERT_TRUE(m_sayloft->waitForHelper()) << m_sayloft->log().toStdString();
+    }
+
+    QTemporaryDir m_directory;
+    std::unique_ptr<test::XServer> m_server = std::make_unique<test::XServer>();
+    QProcessEnvironment m_environment;
+    std::unique_ptr<test::SayloftProgram> m_sayloft;
+};
+
+struct SignalRow {
+    const char* name;
+    int number;
+};
+
+class ProgramAskedToQuit : public Program, public testing::WithParamInterface<SignalRow> {};
+
+TEST_P(ProgramAskedToQuit, endsItsHelperFirstAndExitsWithZero) {
+    startAndWaitForTheHelper();
+    m_sayloft->program().signal(GetParam().number);
+    ASSERT_TRUE(m_sayloft->program().waitForEnd(8s));
+    EXPECT_EQ(m_sayloft->program().exitCode(), 0);
+    EXPECT_FALSE(helperRuns());
+}
+
+INSTANTIATE_TEST_SUITE_P(Signals, ProgramAskedToQuit,
+                         testing::Values(SignalRow{"SIGTERM", SIGTERM}, SignalRow{"SIGINT", SIGINT},
+                                         SignalRow{"SIGHUP", SIGHUP}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST_F(Program, neverLeavesItsHelperBehindWhenItIsKilled) {
+    startAndWaitForTheHelper();
+    m_sayloft->program().signal(SIGKILL);
+    ASSERT_TRUE(m_sayloft->program().waitForEnd(5s));
+    EXPECT_TRUE(test::waitUntil([] { return !helperRuns(); }));
+}
+
+TEST_F(Program, neverLeavesItsHelperBehindWhenItCrashes) {
+    startAndWaitForTheHelper();
+    m_sayloft->program().signal(SIGSEGV);
+    ASSERT_TRUE(m_sayloft->program().waitForEnd(5s));
+    EXPECT_TRUE(test::waitUntil([] { return !helperRuns(); }));
+}
+
+TEST_F(Program, endsWithItsHelperWhenTheXServerGoes) {
+    startAndWaitForTheHelper();
+    m_server->program().signal(SIGKILL);
+    ASSERT_TRUE(m_sayloft->program().waitForEnd(10s));
+    EXPECT_TRUE(test::waitUntil([] { return !helperRuns(); }));
+}
+
+TEST_F(Program, saysInOneLineThatThereIsNoDesktop) {
+    m_environment.remove(QStringLiteral("DISPLAY"));
+    test::SayloftProgram sayloft(home(), m_environment);
+    ASSERT_TRUE(sayloft.program().waitForEnd(5s));
+    EXPECT_EQ(sayloft.program().exitCode(), 1);
+    EXPECT_EQ(sayloft.program().standardError(), "sayloft: no desktop here: DISPLAY is not set\n");
+}
+
+TEST_F(Program, runsOnWithoutTheConfiguredModelAndSaysSo) {
+    test::writeConfig(home(), R"({"model":"english"})");
+    m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment);
+    EXPECT_TRUE(m_sayloft->waitForLog(QStringLiteral("event tap installed OK")));
+    EXPECT_TRUE(m_sayloft->log().contains(
+        QStringLiteral("parakeet-server or model missing — run build.sh / download model")));
+    EXPECT_TRUE(m_sayloft->log().contains(QStringLiteral("accessibility granted")));
+    EXPECT_TRUE(m_sayloft->program().isRunning());
+}
+
+TEST_F(Program, worksWhereverItsBundleIsCopiedTo) {
+    const QString copy = m_directory.filePath(QStringLiteral("some where/else.app"));
+    QDir().mkpath(QFileInfo(copy).path());
+    test::run(QStringLiteral("cp"),
+              {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), copy});
+    m_environment.insert(QStringLiteral("HOME"), home());
+    const test::ChildProgram moved(copy + QStringLiteral("/Contents/bin/sayloft"), {},
+                                   m_environment);
+    const QString log = home() + QStringLiteral("/.sayloft/sayloft.log");
+    EXPECT_TRUE(test::waitUntil([&] {
+        return test::readFile(log).contains("parakeet-server starting (starter-en-us.model)");
+    }));
+    EXPECT_TRUE(test::waitUntil([] { return helperRuns(); }));
+    const QByteArray pid = test::run(QStringLiteral("pgrep"),
+                                     {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+    EXPECT_EQ(QFileInfo(QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(pid.trimmed())))
+                  .symLinkTarget(),
+              copy + QStringLiteral("/Contents/Helpers/parakeet-server"));
+}
+
+}  // namespace
+}  // namespace sayloft

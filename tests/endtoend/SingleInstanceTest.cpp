@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "tests/support/SayloftProgram.h"
+#include "tests/support/SessionBus.h"
+#include "tests/support/WaitUntil.h"
+#include "tests/support/XServer.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <memory>
+#include <vector>
+
+namespace sayloft {
+namespace {
+
+using namespace std::chrono_literals;
+
+class SingleInstanceOfTheProgram : public testing::Test {
+protected:
+    SingleInstanceOfTheProgram() {
+        QDir().mkpath(home());
+        m_environment = m_server.environment();
+        m_environment.remove(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"));
+        m_environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+    }
+
+    [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
+
+    std::unique_ptr<test::SayloftProgram> startAnother() {
+        return std::make_unique<test::SayloftProgram>(home(), m_environment);
+    }
+
+    test::XServer m_server;
+    QTemporaryDir m_directory;
+    QProcessEnvironment m_environment;
+};
+
+class WithASessionBus : public SingleInstanceOfTheProgram {
+protected:
+    WithASessionBus() { m_bus.addTo(m_environment); }
+
+    test::SessionBus m_bus;
+};
+
+class WithoutASessionBus : public SingleInstanceOfTheProgram {};
+
+TEST_F(WithASessionBus, aSecondStartEndsAtOnceAndTheFirstStays) {
+    const auto first = startAnother();
+    ASSERT_TRUE(first->waitForLog(QStringLiteral("event tap installed OK")));
+    const auto second = startAnother();
+    ASSERT_TRUE(second->program().waitForEnd(10s));
+    EXPECT_EQ(second->program().exitCode(), 0);
+    EXPECT_TRUE(first->program().isRunning());
+}
+
+TEST_F(WithASessionBus, theFirstAnswersWhoeverActivatesIt) {
+    const auto first = startAnother();
+    ASSERT_TRUE(first->waitForLog(QStringLiteral("event tap installed OK")));
+    EXPECT_NO_THROW(
+        test::run(QStringLiteral("gdbus"),
+                  {QStringLiteral("call"), QStringLiteral("--session"), QStringLiteral("--dest"),
+                   QStringLiteral("org.sayloft.Sayloft"), QStringLiteral("--object-path"),
+                   QStringLiteral("/org/sayloft/Sayloft"), QStringLiteral("--method"),
+                   QStringLiteral("org.freedesktop.Application.Activate"), QStringLiteral("{}")},
+                  {}, m_environment));
+    EXPECT_TRUE(first->program().isRunning());
+}
+
+TEST_F(WithASessionBus, aNewStartWorksOnceTheFirstHasEnded) {
+    {
+        const auto first = startAnother();
+        ASSERT_TRUE(first->waitForLog(QStringLiteral("event tap installed OK")));
+    }
+    const auto second = startAnother();
+    EXPECT_TRUE(test::waitUntil(
+        [&] { return second->log().count(QStringLiteral("event tap installed OK")) == 2; }));
+    EXPECT_TRUE(second->program().isRunning());
+}
+
+TEST_F(WithoutASessionBus, aSecondStartEndsAtOnceAndTheFirstStays) {
+    const auto first = startAnother();
+    ASSERT_TRUE(first->waitForLog(QStringLiteral("event tap installed OK")));
+    const auto second = startAnother();
+    ASSERT_TRUE(second->program().waitForEnd(10s));
+    EXPECT_EQ(second->program().exitCode(), 0);
+    EXPECT_TRUE(first->program().isRunning());
+}
+
+TEST_F(WithoutASessionBus, aLockThatADeadProcessLeftBehindDoesNotBlock) {
+    {
+        const auto killed = startAnother();
+        ASSERT_TRUE(killed->waitForLog(QStringLiteral("event tap installed OK")));
+        killed->program().signal(SIGKILL);
+        ASSERT_TRUE(killed->program().waitForEnd(5s));
+    }
+    ASSERT_TRUE(QFile::exists(home() + QStringLiteral("/.sayloft/sayloft.lock")));
+    const auto second = startAnother();
+    EXPECT_TRUE(test::waitUntil(
+        [&] { return second->log().count(QStringLiteral("event tap installed OK")) == 2; }));
+}
+
+TEST_F(WithASessionBus, twentyStartsAtOnceLeaveExactlyOne) {
+    std::vector<std::unique_ptr<test::SayloftProgram>> starts;
+    for (int i = 0; i < 20; ++i)
+        starts.push_back(startAnother());
+    const auto running = [&] {
+        return std::count_if(starts.begin(), starts.end(),
+                             [](const auto& start) { return start->program().isRunning(); });
+    };
+    EXPECT_TRUE(test::waitUntil([&] { return running() == 1; }, 30s));
+    test::turnEventLoopFor(500ms);
+    EXPECT_EQ(running(), 1);
+}
+
+}  // namespace
+}  // namespace sayloft
