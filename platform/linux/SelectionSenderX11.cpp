@@ -11,7 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto FORGET_REQUESTOR_AFTER = 10s;
-constexpr qsizetype PREFERRED_PIECE = 256 * 1024;
+constexpr qsizetype PREFERRED_PIECE = qsizetype{256} * 1024;
 constexpr qsizetype REQUEST_HEADER = 64;
 constexpr qsizetype BYTES_PER_REQUEST_UNIT = 4;
 
