@@ -126,7 +126,7 @@ void ClipboardX11::takeSnapshot(SnapshotTaken taken) {
         [](ClipboardAgentX11& agent, Private::Answered answered) {
             agent.takeSnapshot(std::move(answered));
         },
-        std::move(taken));
+        taken);
 }
 
 void ClipboardX11::setText(const QString& text) {
