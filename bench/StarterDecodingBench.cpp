@@ -1,101 +1,130 @@
 // SPDX-License-Identifier: MIT
 // How long the starter takes for a second of speech, against the recogniser's own command-line tool
-// on the same files in the same run. Ours is measured as the app sees it: from sending the request
-// to the end of the answer. The tool's is the decoding time that it reports itself, and apart from
-// that the time from its start to its end.
+// pocketsphinx_batch on the same files in the same run. Ours is measured as the app sees it, from
+// sending the request to the end of the answer; the tool's is the decoding time that it reports,
+// which leaves out loading the model.
 #include "helper/tests/HelperBundle.h"
 #include "helper/tests/SpeechSamples.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
+#include <iterator>
+#include <stdexcept>
 #include <vector>
+
+#include <time.h>
+#include <unistd.h>
 
 namespace sayloft::helper {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using test::Duration;
 using test::SpeechSample;
 
 constexpr int rounds = 20;
 
-double secondsSince(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
+double secondsOn(clockid_t clock) {
+    timespec now = {};
+    ::clock_gettime(clock, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-double median(std::vector<double> values) {
+// The wall and another program's processor time from here on.
+class Stopwatch {
+public:
+    explicit Stopwatch(qint64 pid) {
+        if (::clock_getcpuclockid(static_cast<pid_t>(pid), &m_processor) != 0)
+            throw std::runtime_error("the helper's processor time cannot be read");
+        m_start = now();
+    }
+
+    [[nodiscard]] Duration elapsed() const {
+        return {now().processor - m_start.processor, now().wall - m_start.wall};
+    }
+
+private:
+    [[nodiscard]] Duration now() const {
+        return {secondsOn(m_processor), secondsOn(CLOCK_MONOTONIC)};
+    }
+
+    clockid_t m_processor = {};
+    Duration m_start;
+};
+
+// What one file, or all of them together, took in each round.
+struct Row {
+    std::string name;
+    double length = 0;  ///< seconds of speech
+    std::vector<Duration> ours;
+    std::vector<Duration> theirs;
+};
+
+double medianOf(const std::vector<Duration>& durations, double Duration::*part) {
+    std::vector<double> values;
+    std::transform(durations.begin(), durations.end(), std::back_inserter(values),
+                   [part](const Duration& duration) { return duration.*part; });
     std::sort(values.begin(), values.end());
     const std::size_t half = values.size() / 2;
     return values.size() % 2 == 1 ? values[half] : (values[half - 1] + values[half]) / 2;
 }
 
-struct Row {
-    SpeechSample sample;
-    std::vector<double> ours;
-    std::vector<double> theirs;
-};
-
-struct Totals {
-    std::vector<double> ours;
-    std::vector<double> theirs;
-    std::vector<double> theirProgram;
-};
-
-// One round takes turns, so that a busy moment of the machine hits both.
-void runRound(const test::StarterServer& server, std::vector<Row>& rows, Totals& totals) {
-    std::vector<SpeechSample> samples;
-    double ours = 0;
-    for (Row& row : rows) {
-        const std::string wav = test::wavOf(row.sample);
-        const Clock::time_point start = Clock::now();
-        static_cast<void>(server.transcribe(wav));
-        row.ours.push_back(secondsSince(start));
-        ours += row.ours.back();
-        samples.push_back(row.sample);
-    }
-    const Clock::time_point start = Clock::now();
-    const test::CommandLineRun tool = test::runCommandLineTool(samples);
-    totals.theirProgram.push_back(secondsSince(start));
-    double theirs = 0;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        rows[i].theirs.push_back(tool.decodingSeconds[i]);
-        theirs += tool.decodingSeconds[i];
-    }
-    totals.ours.push_back(ours);
-    totals.theirs.push_back(theirs);
+void add(Duration& sum, const Duration& duration) {
+    sum.processor += duration.processor;
+    sum.wall += duration.wall;
 }
 
-void print(const std::vector<Row>& rows, const Totals& totals) {
-    std::printf("seconds of decoding per second of speech, medians of %d runs\n", rounds);
-    std::printf("%-52s %7s %8s %18s\n", "speech", "length", "starter", "pocketsphinx_batch");
-    double length = 0;
-    for (const Row& row : rows) {
-        const double seconds = test::secondsOf(row.sample);
-        length += seconds;
-        std::printf("%-52.52s %6.2fs %8.3f %18.3f\n", row.sample.words.c_str(), seconds,
-                    median(row.ours) / seconds, median(row.theirs) / seconds);
+// Takes turns within a round, so that a busy moment of the machine hits both. The last row is the
+// sum of the others.
+void runRound(const test::StarterServer& server, const std::vector<SpeechSample>& samples,
+              std::vector<Row>& rows) {
+    Duration ours;
+    Duration theirs;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const std::string wav = test::wavOf(samples[i]);
+        const Stopwatch watch(server.program().pid());
+        static_cast<void>(server.transcribe(wav));
+        rows[i].ours.push_back(watch.elapsed());
+        rows[i].theirs.push_back(test::runCommandLineTool({samples[i]}).decoding.front());
+        add(ours, rows[i].ours.back());
+        add(theirs, rows[i].theirs.back());
     }
-    std::printf("%-52s %6.2fs %8.3f %18.3f\n", "all of it", length, median(totals.ours) / length,
-                median(totals.theirs) / length);
-    std::printf("%-52s %6.2fs %8s %18.3f\n", "the whole program, loading included", length, "-",
-                median(totals.theirProgram) / length);
+    rows.back().ours.push_back(ours);
+    rows.back().theirs.push_back(theirs);
+}
+
+void print(const std::vector<Row>& rows) {
+    std::printf("seconds of decoding per second of speech, medians of %d runs\n", rounds);
+    std::printf("%-40s %7s | %-17s | %-17s\n", "", "", "wall time", "processor time");
+    std::printf("%-40s %7s | %8s %8s | %8s %8s\n", "speech", "length", "starter", "batch",
+                "starter", "batch");
+    for (const Row& row : rows) {
+        std::printf("%-40.40s %6.2fs | %8.3f %8.3f | %8.3f %8.3f\n", row.name.c_str(), row.length,
+                    medianOf(row.ours, &Duration::wall) / row.length,
+                    medianOf(row.theirs, &Duration::wall) / row.length,
+                    medianOf(row.ours, &Duration::processor) / row.length,
+                    medianOf(row.theirs, &Duration::processor) / row.length);
+    }
 }
 
 void runBench() {
     const QTemporaryDir directory;
-    std::vector<Row> rows;
-    for (const SpeechSample& sample : test::recordedSpeech())
-        rows.push_back({sample, {}, {}});
+    std::vector<SpeechSample> samples = test::recordedSpeech();
     for (const char* sentence : {"i would like a cup of coffee", "the weather is nice today"})
-        rows.push_back({test::speak(directory, sentence), {}, {}});
+        samples.push_back(test::speak(directory, sentence));
+    std::vector<Row> rows;
+    double length = 0;
+    for (const SpeechSample& sample : samples) {
+        rows.push_back({sample.words, test::secondsOf(sample), {}, {}});
+        length += rows.back().length;
+    }
+    rows.push_back({"all of it", length, {}, {}});
     const test::StarterServer server;
-    Totals totals;
-    static_cast<void>(server.transcribe(test::wavOf(rows.front().sample)));
+    static_cast<void>(server.transcribe(test::wavOf(samples.front())));
     for (int round = 0; round < rounds; ++round)
-        runRound(server, rows, totals);
-    print(rows, totals);
+        runRound(server, samples, rows);
+    print(rows);
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ void explainError(const httplib::Request& /*request*/, httplib::Response& respon
 }
 
 void explainException(const httplib::Request& /*request*/, httplib::Response& response,
-                      std::exception_ptr /*exception*/) {
+                      const std::exception_ptr& /*exception*/) {
     response.status = 500;
 }
 
@@ -76,8 +76,7 @@ std::optional<std::size_t> contentLength(const httplib::Request& request) {
 }
 
 Problem tooLong(const RequestLimits& limits) {
-    return {"the request is longer than " + std::to_string(limits.bodyBytes / (1024 * 1024)) +
-            " MiB"};
+    return {"the request is longer than " + std::to_string(limits.bodyBytes >> 20U) + " MiB"};
 }
 
 enum class AnswerFormat { Text, Json };

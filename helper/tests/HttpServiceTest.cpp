@@ -352,6 +352,7 @@ TEST_F(SpeechHttpService, endsAClientThatSendsAByteNowAndThen) {
 
 TEST_F(SpeechHttpService, answersOthersWhileManyClientsAreSilent) {
     std::vector<std::unique_ptr<RawConnection>> silent;
+    silent.reserve(100);
     for (int i = 0; i < 100; ++i)
         silent.push_back(std::make_unique<RawConnection>(m_service.port()));
     expectStillWorks();  // after a few deadlines of a second each

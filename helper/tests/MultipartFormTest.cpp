@@ -31,7 +31,8 @@ std::string withDisposition(const std::string& value) {
 }
 
 TEST(MultipartForm, readsTheFormOfTheAppByteForByte) {
-    const std::string wav("RIFF\r\n\0--\r\n--Sayloft\r\n", 23);
+    using namespace std::string_literals;
+    const std::string wav = "RIFF\r\n\0--\r\n--Sayloft\r\n"s;
     const std::string body = test::appForm(wav);
     const std::string type = "multipart/form-data; boundary=SayloftBoundary7MA4YWxkTrZu0gW";
     const auto parsed = MultipartForm::parse(type, body);

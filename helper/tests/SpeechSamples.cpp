@@ -73,13 +73,13 @@ QByteArray logOfTool(const QStringList& arguments) {
     return tool.standardError();
 }
 
-std::vector<double> decodingTimes(const QByteArray& log) {
+std::vector<Duration> decodingTimes(const QByteArray& log) {
     static const QRegularExpression form(
-        QStringLiteral(": [0-9.]+ seconds speech, [0-9.]+ seconds CPU, ([0-9.]+) seconds wall"));
-    std::vector<double> times;
+        QStringLiteral(": [0-9.]+ seconds speech, ([0-9.]+) seconds CPU, ([0-9.]+) seconds wall"));
+    std::vector<Duration> times;
     for (const QString& line : linesOf(log)) {
         if (const auto match = form.match(line); match.hasMatch())
-            times.push_back(match.captured(1).toDouble());
+            times.push_back({match.captured(1).toDouble(), match.captured(2).toDouble()});
     }
     return times;
 }
@@ -131,12 +131,12 @@ CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples) {
     const QString hypotheses = directory.filePath(QStringLiteral("heard"));
     sayloft::test::writeFile(control, controlFile(samples));
     CommandLineRun result;
-    result.decodingSeconds = decodingTimes(logOfTool(toolArguments(control, hypotheses)));
+    result.decoding = decodingTimes(logOfTool(toolArguments(control, hypotheses)));
     // A line is `words (name score)`; a sample without words has an empty one.
     for (const QString& line : linesOf(sayloft::test::readFile(hypotheses)))
         result.heard.push_back(
             line.left(line.lastIndexOf(QLatin1Char('('))).trimmed().toStdString());
-    if (result.heard.size() != samples.size() || result.decodingSeconds.size() != samples.size())
+    if (result.heard.size() != samples.size() || result.decoding.size() != samples.size())
         throw std::runtime_error("pocketsphinx_batch did not say what it heard in each file");
     return result;
 }

@@ -30,11 +30,17 @@ struct SpeechSample {
 /// Ten sentences spoken like that.
 [[nodiscard]] std::vector<SpeechSample> synthesisedSpeech(const QTemporaryDir& directory);
 
+/// Both in seconds.
+struct Duration {
+    double processor = 0;
+    double wall = 0;
+};
+
 /// What the recogniser's own command-line tool, pocketsphinx_batch with its defaults, made of some
 /// samples, one entry for each in their order.
 struct CommandLineRun {
     std::vector<std::string> heard;
-    std::vector<double> decodingSeconds;  ///< wall time as the tool reports it, without the loading
+    std::vector<Duration> decoding;  ///< as the tool reports it, without the loading
 };
 [[nodiscard]] CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples);
 

@@ -15,7 +15,6 @@
 namespace sayloft::helper {
 namespace {
 
-using test::CommandLineRun;
 using test::SpeechSample;
 using test::wordErrors;
 
