@@ -28,7 +28,7 @@ public:
     /// Some platforms can type only after letting go of the modifier keys that the user holds.
     /// While `mayRelease` says false (a dictation is being held), they wait instead. Others need no
     /// such thing. Without a predicate held keys may be released.
-    virtual void setMayReleaseHeldKeys(std::function<bool()> mayRelease) {
+    virtual void setMayReleaseHeldKeys(const std::function<bool()>& mayRelease) {
         static_cast<void>(mayRelease);
     }
 };

@@ -46,8 +46,8 @@ private:
 KeyPosterX11::KeyPosterX11(ModifierWatch& watch, PasteOffer offer)
     : m_watch(watch), m_offer(std::move(offer)) {}
 
-void KeyPosterX11::setMayReleaseHeldKeys(std::function<bool()> mayRelease) {
-    m_mayRelease = std::move(mayRelease);
+void KeyPosterX11::setMayReleaseHeldKeys(const std::function<bool()>& mayRelease) {
+    m_mayRelease = mayRelease;
 }
 
 void KeyPosterX11::postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) {
@@ -67,6 +67,8 @@ void KeyPosterX11::startNext() {
 // Comes back here after every wait: what was true before it may have changed meanwhile.
 void KeyPosterX11::proceed() {
     if (mustWaitForHeldKeys()) {
+        // PRIMARY is lent for a moment only.
+        m_offered = Offer::none;
         QTimer::singleShot(heldKeysInterval, this, [this] { proceed(); });
         return;
     }

@@ -38,7 +38,7 @@ public:
     KeyPosterX11(ModifierWatch& watch, PasteOffer offer);
 
     void postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) override;
-    void setMayReleaseHeldKeys(std::function<bool()> mayRelease) override;
+    void setMayReleaseHeldKeys(const std::function<bool()>& mayRelease) override;
 
 private:
     enum class Offer { none, clipboard, primary };

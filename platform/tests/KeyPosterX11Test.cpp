@@ -16,6 +16,7 @@
 #include <csignal>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace sayloft {
@@ -299,13 +300,15 @@ TEST_F(KeyPosterX11Test, releasesTheKeysOfTheUserOnlyWhenItMay) {
 
 TEST_F(KeyPosterX11Test, doesNotCutADictationThatBeginsInTheLastMoment) {
     bool dictating = false;
+    bool pressed = false;
     ModifierWatchX11 watch;
     ASSERT_TRUE(watch.start([&](std::uint64_t flags) { dictating = flags == KeyFlag::command; }));
     // The key goes down while the poster is getting the text offered, and the watch has not heard
     // of it when the time to wait has passed.
     KeyPosterX11 poster(watch, {.onClipboard =
                                     [&](const auto& ready) {
-                                        m_keyboard.press(TestKeyboard::superLeft);
+                                        if (!std::exchange(pressed, true))
+                                            m_keyboard.press(TestKeyboard::superLeft);
                                         ready();
                                     },
                                 .onPrimary = [](const auto& ready) { ready(); }});
@@ -316,6 +319,26 @@ TEST_F(KeyPosterX11Test, doesNotCutADictationThatBeginsInTheLastMoment) {
     EXPECT_EQ(m_posted, 0);
     m_keyboard.release(TestKeyboard::superLeft);
     EXPECT_TRUE(waitForPosted(500ms));
+}
+
+TEST_F(KeyPosterX11Test, getsTheTextOfferedAgainWhenItHadToWaitAfterTheOffer) {
+    KeyPosterX11 poster(m_watch, {.onClipboard = [](const auto& ready) { ready(); },
+                                  .onPrimary =
+                                      [&](const auto& ready) {
+                                          m_offers.emplace_back("primary");
+                                          if (m_offers.size() == 1)
+                                              m_keyboard.press(TestKeyboard::superLeft);
+                                          ready();
+                                      }});
+    focusWindow("XTerm");
+    poster.postKey(VirtualKey::v, KeyFlag::command, [this] { ++m_posted; });
+    test::turnEventLoopFor(100ms);
+    EXPECT_EQ(m_posted, 0);
+    m_keyboard.release(TestKeyboard::superLeft);
+    m_window->clear();
+    ASSERT_TRUE(waitForPosted());
+    EXPECT_THAT(m_offers, ElementsAre("primary", "primary"));
+    EXPECT_EQ(m_window->events(), shiftInsert());
 }
 
 TEST_F(KeyPosterX11Test, answersWhenTheServerIsGoneAndTypesWhenThereIsOneAgain) {
@@ -341,6 +364,21 @@ TEST_F(KeyPosterX11Test, answersWhenTheServerGoesWhileItWaitsForHeldKeys) {
     test::turnEventLoopFor(50ms);
     m_server.program().signal(SIGKILL);
     EXPECT_TRUE(waitForPosted());
+}
+
+TEST(KeyPosterX11OnAServerWithoutXtest, answersAndTypesNothing) {
+    const test::XServer server(
+        {.screen = QStringLiteral("640x480x24"),
+         .arguments = {QStringLiteral("-extension"), QStringLiteral("XTEST")}});
+    ModifierWatchX11 watch;
+    ASSERT_TRUE(watch.start([](std::uint64_t) {}));
+    KeyPosterX11 poster(watch, {.onClipboard = [](const auto& ready) { ready(); },
+                                .onPrimary = [](const auto& ready) { ready(); }});
+    KeyWindow window;
+    bool posted = false;
+    poster.postKey(VirtualKey::v, KeyFlag::command, [&] { posted = true; });
+    EXPECT_TRUE(test::waitUntil([&] { return posted; }));
+    EXPECT_THAT(window.events(), IsEmpty());
 }
 
 TEST_F(KeyPosterX11Test, mayBeDestroyedWhileItWaits) {

@@ -205,6 +205,24 @@ TEST_P(PasteInto, aSecondPasteRightAfterTheFirstFollowsIt) {
     EXPECT_TRUE(test::waitUntil([] { return clipboardText() == "first "; }, 5s));
 }
 
+TEST_P(PasteInto, leavesTheSelectionOfTheUserAsItWas) {
+    const test::XclipOwner selected({.data = "selected", .type = {}, .selection = "primary"});
+    TargetApplication application(GetParam(), m_server);
+    m_paster.paste(QStringLiteral("words"), {});
+    EXPECT_EQ(application.textOnce(QStringLiteral("words")), QStringLiteral("words"));
+    EXPECT_TRUE(clipboardComesBack());
+    EXPECT_TRUE(test::waitUntil(
+        [] { return test::pasteWithXclip("UTF8_STRING", "primary") == "selected"; }, 3s));
+}
+
+TEST_P(PasteInto, staysOnTheClipboardWhenItIsToStayThere) {
+    TargetApplication application(GetParam(), m_server);
+    m_paster.paste(QStringLiteral("words"), {.keepInClipboard = true});
+    EXPECT_EQ(application.textOnce(QStringLiteral("words")), QStringLiteral("words"));
+    test::turnEventLoopFor(500ms);
+    EXPECT_EQ(clipboardText(), "words");
+}
+
 INSTANTIATE_TEST_SUITE_P(EndToEnd, PasteInto, testing::ValuesIn(everyTarget),
                          [](const auto& row) { return rowName(row.param); });
 

@@ -8,15 +8,12 @@ namespace {
 
 // With -displayfd the server itself picks a free display and says which once it accepts clients;
 // -noreset keeps the state of the keyboard when the last client leaves.
-QStringList serverArguments(const QString& screen) {
-    return {QStringLiteral("-displayfd"),
-            QStringLiteral("1"),
-            QStringLiteral("-screen"),
-            QStringLiteral("0"),
-            screen,
-            QStringLiteral("-noreset"),
-            QStringLiteral("-nolisten"),
-            QStringLiteral("tcp")};
+QStringList serverArguments(const XServer::Options& options) {
+    return QStringList{
+               QStringLiteral("-displayfd"), QStringLiteral("1"),  QStringLiteral("-screen"),
+               QStringLiteral("0"),          options.screen,       QStringLiteral("-noreset"),
+               QStringLiteral("-nolisten"),  QStringLiteral("tcp")} +
+           options.arguments;
 }
 
 QString readDisplay(QProcess& server) {
@@ -32,8 +29,8 @@ QString readDisplay(QProcess& server) {
 
 }  // namespace
 
-XServer::XServer(const QString& screen)
-    : m_program(QStringLiteral("Xvfb"), serverArguments(screen)),
+XServer::XServer(const Options& options)
+    : m_program(QStringLiteral("Xvfb"), serverArguments(options)),
       m_display(readDisplay(m_program.process())),
       m_displayBefore(qgetenv("DISPLAY")) {
     qputenv("DISPLAY", m_display.toLatin1());

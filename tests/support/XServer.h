@@ -12,7 +12,13 @@ namespace sayloft::test {
 /// test names it.
 class XServer {
 public:
-    explicit XServer(const QString& screen = QStringLiteral("1280x800x24"));
+    struct Options {
+        QString screen = QStringLiteral("1280x800x24");
+        QStringList arguments = {};  ///< further ones, as Xvfb takes them
+    };
+
+    XServer() : XServer(Options{}) {}
+    explicit XServer(const Options& options);
     ~XServer();
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;
