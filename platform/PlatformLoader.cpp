@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 #include "platform/Platform.h"
 
+#include "models/Paths.h"
+
 #if defined(__linux__)
 #include "platform/linux/AudioInputPulse.h"
 #include "platform/linux/ClipboardX11.h"
 #include "platform/linux/KeyPosterX11.h"
 #include "platform/linux/ModifierWatchX11.h"
 #include "platform/linux/PrivacySettingsX11.h"
-#include "platform/null/SystemSoundsNull.h"
+#include "platform/linux/SystemSoundsPulse.h"
 #else
 #error "There is no backend for this system yet."
 #endif
@@ -20,7 +22,8 @@ Platform loadPlatform() {
 
     Platform platform;
     platform.audioInput = std::make_unique<AudioInputPulse>();
-    platform.sounds = std::make_unique<SystemSoundsNull>();
+    platform.sounds = std::make_unique<SystemSoundsPulse>(
+        BUNDLE_DIR + QStringLiteral("/Contents/Resources/sounds"));
     platform.privacy = std::make_unique<PrivacySettingsX11>();
     platform.keyPoster = std::make_unique<KeyPosterX11>(
         *modifierWatch,

@@ -7,7 +7,7 @@ set -euo pipefail
 
 bundle=$1
 here=$(dirname "$(realpath "$0")")
-sentence="the birch canoe slid on the smooth planks"
+sentence="please send me the report before noon"
 room=$(mktemp -d "${TMPDIR:-/tmp}/sayloft-dictation-XXXXXX")
 pictures=$(dirname "$bundle")/pictures
 note="$room/note.txt"

@@ -44,6 +44,7 @@ void PulseConnection::close() {
         const PulseLock lock(m_mainloop.get());
         m_retry.reset();
         endContext();
+        m_events.lost();
     }
     pa_threaded_mainloop_stop(m_mainloop.get());
     m_mainloop.reset();

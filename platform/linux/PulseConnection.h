@@ -20,10 +20,10 @@ public:
         denied  ///< the server does not let us in
     };
 
-    /// Both are called on the mainloop's thread with its lock held.
+    /// Called with the mainloop's lock held, on its thread or from within `close`.
     struct Events {
         std::function<void(pa_context*)> ready;
-        std::function<void()> lost;  ///< also after every attempt that fails
+        std::function<void()> lost;  ///< also after an attempt that failed, and at `close`
     };
 
     PulseConnection() = default;
