@@ -18,18 +18,18 @@
 
 namespace sayloft {
 
-using Clock = std::chrono::steady_clock;
 using namespace std::chrono_literals;
 
-DictationSession::DictationSession(const DictationParts& parts, DictationHost& host)
-    : m_parts(parts), m_host(host) {}
+DictationSession::DictationSession(const DictationParts& parts, DictationHost& host,
+                                   std::function<Clock::time_point()> now)
+    : m_parts(parts), m_host(host), m_now(std::move(now)) {}
 
 void DictationSession::beginRecording(bool enter, Mods chord) {
     if (m_running.isRecording)
         return;
     m_running = {.isRecording = true, .activeChord = chord};
     m_pendingEnter = enter;
-    m_recordStart = Clock::now();
+    m_recordStart = m_now();
 
     m_host.setState(IconState::recording);
     if (m_parts.cfg.playSounds)
@@ -55,7 +55,7 @@ void DictationSession::endRecording() {
         return;
     }
 
-    const std::chrono::duration<double> held = Clock::now() - m_recordStart;
+    const std::chrono::duration<double> held = m_now() - m_recordStart;
     const Finished dictation{.enter = m_pendingEnter, .seconds = held.count()};
     // Reading the user's clipboard takes a while and so does the transcription.
     if (!m_parts.cfg.leaveInClipboard)

@@ -9,6 +9,7 @@
 #include <QString>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 
 namespace sayloft {
@@ -48,7 +49,11 @@ struct DictationParts {
 /// transcribed. Main thread; only the transcription runs on a thread of its own.
 class DictationSession : public QObject {
 public:
-    DictationSession(const DictationParts& parts, DictationHost& host);
+    using Clock = std::chrono::steady_clock;
+
+    /// `now` tells the time by which holds are measured.
+    DictationSession(const DictationParts& parts, DictationHost& host,
+                     std::function<Clock::time_point()> now = &Clock::now);
 
     void beginRecording(bool enter, Mods chord);
     void endRecording();
@@ -72,7 +77,8 @@ private:
     DictationHost& m_host;
     RunningDictation m_running;
     bool m_pendingEnter = false;
-    std::chrono::steady_clock::time_point m_recordStart;
+    std::function<Clock::time_point()> m_now;
+    Clock::time_point m_recordStart;
 };
 
 }  // namespace sayloft
