@@ -63,10 +63,9 @@ void PulseDevices::connected(pa_context* context) {
 
 void PulseDevices::disconnected() {
     const std::lock_guard lock(m_mutex);
-    m_answered = true;
     m_sources.clear();
     m_defaultName.clear();
-    m_changed.notify_all();
+    answered();
 }
 
 void PulseDevices::onEvent(pa_context* context, pa_subscription_event_type_t /*type*/,
@@ -107,37 +106,44 @@ void PulseDevices::listed(pa_context* context) {
     {
         const std::lock_guard lock(m_mutex);
         m_sources = std::exchange(m_arriving, {});
-        m_answered = true;
-        m_changed.notify_all();
+        answered();
     }
     m_refreshing = false;
     if (std::exchange(m_refreshAgain, false))
         refresh(context);
 }
 
-void PulseDevices::waitForFirstAnswer(std::unique_lock<std::mutex>& lock) const {
-    if (m_answered || m_patience <= m_patience.zero())
-        return;
+void PulseDevices::answered() {
+    if (!std::exchange(m_answered, true))
+        m_firstAnswer.release();
+}
+
+void PulseDevices::waitForFirstAnswer() const {
+    {
+        const std::lock_guard lock(m_mutex);
+        if (m_answered || m_patience <= m_patience.zero())
+            return;
+    }
     const auto begin = std::chrono::steady_clock::now();
-    m_changed.wait_for(lock, m_patience, [this] { return m_answered; });
+    static_cast<void>(m_firstAnswer.try_acquire_for(m_patience));
     m_patience -= std::chrono::steady_clock::now() - begin;
 }
 
 std::vector<PulseSource> PulseDevices::sources() const {
-    std::unique_lock lock(m_mutex);
-    waitForFirstAnswer(lock);
+    waitForFirstAnswer();
+    const std::lock_guard lock(m_mutex);
     return m_sources;
 }
 
 std::optional<PulseSource> PulseDevices::source(AudioDeviceId id) const {
-    std::unique_lock lock(m_mutex);
-    waitForFirstAnswer(lock);
+    waitForFirstAnswer();
+    const std::lock_guard lock(m_mutex);
     return firstOf(m_sources, [id](const PulseSource& source) { return source.id == id; });
 }
 
 std::optional<PulseSource> PulseDevices::defaultSource() const {
-    std::unique_lock lock(m_mutex);
-    waitForFirstAnswer(lock);
+    waitForFirstAnswer();
+    const std::lock_guard lock(m_mutex);
     return firstOf(m_sources,
                    [this](const PulseSource& source) { return source.name == m_defaultName; });
 }

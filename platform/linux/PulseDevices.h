@@ -5,9 +5,9 @@
 #include "platform/linux/PulseHandles.h"
 
 #include <chrono>
-#include <condition_variable>
 #include <mutex>
 #include <optional>
+#include <semaphore>
 #include <string>
 #include <vector>
 
@@ -36,13 +36,13 @@ public:
     void connected(pa_context* context);
     void disconnected();
 
-    // Any thread. The first of these calls that comes before any answer of the server waits for
-    // one; the waits take 100 ms in all, at most.
+    // The main thread. Calls that come before any answer of the server wait for one, 100 ms in all
+    // at most.
     [[nodiscard]] std::vector<PulseSource> sources() const;
     [[nodiscard]] std::optional<PulseSource> source(AudioDeviceId id) const;
     [[nodiscard]] std::optional<PulseSource> defaultSource() const;
 
-    /// Whether a source of this name hears a sink instead of a room. Never waits.
+    /// Whether a source of this name hears a sink instead of a room. Never waits; any thread.
     [[nodiscard]] bool isMonitor(const std::string& name) const;
 
 private:
@@ -53,16 +53,19 @@ private:
 
     void refresh(pa_context* context);
     void listed(pa_context* context);
-    void waitForFirstAnswer(std::unique_lock<std::mutex>& lock) const;
+    void answered();
+    void waitForFirstAnswer() const;
 
     // The connection's thread only.
     bool m_refreshing = false;
     bool m_refreshAgain = false;
     std::vector<PulseSource> m_arriving;
 
-    mutable std::mutex m_mutex;
-    mutable std::condition_variable m_changed;
+    // The main thread only.
     mutable std::chrono::steady_clock::duration m_patience = std::chrono::milliseconds(100);
+
+    mutable std::binary_semaphore m_firstAnswer{0};
+    mutable std::mutex m_mutex;
     // Protected by the mutex.
     bool m_answered = false;
     std::vector<PulseSource> m_sources;

@@ -135,7 +135,7 @@ TEST_F(APulseCapture, losesNothingBetweenTwoBuffers) {
 TEST_F(APulseCapture, deliversBuffersOfOneSizeAndAShorterLastOne) {
     const auto capture = input.startCapture(sound.request()).capture;
     ASSERT_TRUE(capture);
-    ASSERT_TRUE(sound.waitForFrames(2 * 4096));
+    ASSERT_TRUE(sound.waitForFrames(std::size_t{2} * 4096));
     capture->finish();
     ASSERT_TRUE(sound.waitForEnd(1s));
     std::vector<int> sizes = sound.bufferSizes();
