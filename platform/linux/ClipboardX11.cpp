@@ -41,7 +41,7 @@ public:
     void tell(std::function<void(ClipboardAgentX11&)> command);
 
     /// `answered` is called once: with what the agent answers, or after `deadline` with nothing.
-    void ask(std::chrono::milliseconds deadline, Question question, Answered answered);
+    void ask(std::chrono::milliseconds deadline, Question question, const Answered& answered);
     void askWithoutResult(std::chrono::milliseconds deadline,
                           std::function<void(ClipboardAgentX11&, std::function<void()>)> question,
                           std::function<void()> answered);
@@ -81,9 +81,9 @@ void ClipboardX11::Private::tell(std::function<void(ClipboardAgentX11&)> command
 }
 
 void ClipboardX11::Private::ask(std::chrono::milliseconds deadline, Question question,
-                                Answered answered) {
+                                const Answered& answered) {
     const quint64 number = ++m_lastNumber;
-    m_open.insert(number, std::move(answered));
+    m_open.insert(number, answered);
     QTimer::singleShot(hasServer() ? deadline : 0ms, Qt::PreciseTimer, this,
                        [this, number] { answer(number, std::nullopt); });
     tell([this, number, question = std::move(question)](ClipboardAgentX11& agent) {
@@ -126,7 +126,7 @@ void ClipboardX11::takeSnapshot(SnapshotTaken taken) {
         [](ClipboardAgentX11& agent, Private::Answered answered) {
             agent.takeSnapshot(std::move(answered));
         },
-        std::move(taken));
+        taken);
 }
 
 void ClipboardX11::setText(const QString& text) {

@@ -42,12 +42,15 @@ void SelectionOwnerX11::take(Content content) {
     setOwner(std::move(content), m_thread.serverTime(m_window));
 }
 
-// The time is taken first: whoever takes the selection after our look at its owner does so at a
-// later time, and then the server ignores us.
+// Between the look at the owner and the change of it nobody else may take the selection, so nobody
+// else is served for that moment. The time, which has to be waited for, is taken before.
 void SelectionOwnerX11::replace(Content content) {
     const xcb_timestamp_t time = m_thread.serverTime(m_window);
+    xcb_grab_server(m_thread.connection());
     if (isOurs())
         setOwner(std::move(content), time);
+    xcb_ungrab_server(m_thread.connection());
+    xcb_flush(m_thread.connection());
 }
 
 bool SelectionOwnerX11::isOurs() {

@@ -11,7 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto FORGET_REQUESTOR_AFTER = 10s;
-constexpr qsizetype PREFERRED_PIECE = 256 * 1024;
+constexpr qsizetype PREFERRED_PIECE = qsizetype{256} * 1024;
 constexpr qsizetype REQUEST_HEADER = 64;
 constexpr qsizetype BYTES_PER_REQUEST_UNIT = 4;
 
@@ -29,6 +29,14 @@ std::uint32_t units(qsizetype bytes, const SelectionForm& form) {
 }  // namespace
 
 struct SelectionSenderX11::Transfer {
+    Transfer(SelectionThreadX11& thread, xcb_window_t toWindow, xcb_atom_t toProperty,
+             SelectionValue toSend, Sent whenSent)
+        : requestor(toWindow),
+          property(toProperty),
+          value(std::move(toSend)),
+          sent(std::move(whenSent)),
+          timer(thread) {}
+
     xcb_window_t requestor;
     xcb_atom_t property;
     SelectionValue value;
@@ -72,11 +80,7 @@ void SelectionSenderX11::startTransfer(xcb_window_t requestor, xcb_atom_t proper
                                        const SelectionValue& value, Sent sent) {
     watch(requestor, XCB_EVENT_MASK_PROPERTY_CHANGE | XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     auto transfer =
-        std::unique_ptr<Transfer>(new Transfer{.requestor = requestor,
-                                               .property = property,
-                                               .value = value,
-                                               .sent = std::move(sent),
-                                               .timer = SelectionThreadX11::Timer(m_thread)});
+        std::make_unique<Transfer>(m_thread, requestor, property, value, std::move(sent));
     const Transfer* started = transfer.get();
     transfer->timer.start(FORGET_REQUESTOR_AFTER, [this, started] { remove(*started); });
     m_transfers.push_back(std::move(transfer));

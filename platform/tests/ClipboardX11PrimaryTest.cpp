@@ -144,7 +144,7 @@ class RealTerminal : public ClipboardX11Fixture, public testing::WithParamInterf
 protected:
     /// A program that says that it is up and then writes what is typed to a file.
     QString typist() {
-        const QString path = home.path() + QStringLiteral("/typist");
+        QString path = home.path() + QStringLiteral("/typist");
         writeFile(path, QStringLiteral("#!/bin/sh\n>%1\nexec cat >%2\n").arg(up, typed).toUtf8());
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         return path;

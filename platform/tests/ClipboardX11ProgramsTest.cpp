@@ -25,14 +25,14 @@ protected:
     }
 
     QString file(const QString& name, const QByteArray& content) {
-        const QString path = home.path() + QLatin1Char('/') + name;
+        QString path = home.path() + QLatin1Char('/') + name;
         writeFile(path, content);
         return path;
     }
 
     /// A PNG file of random pixels, which no encoder makes smaller.
     QString noiseImage(const QString& size) {
-        const QString path = home.path() + QStringLiteral("/noise.png");
+        QString path = home.path() + QStringLiteral("/noise.png");
         run(QStringLiteral("convert"), {QStringLiteral("-size"), size, QStringLiteral("xc:"),
                                         QStringLiteral("+noise"), QStringLiteral("Random"), path});
         return path;

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include <csignal>
+#include <thread>
 
 namespace sayloft::test {
 namespace {
@@ -243,6 +244,21 @@ TEST_F(ClipboardX11Snapshot, isNeverPutOverANewerCopy) {
     restore(snapshot);
     EXPECT_EQ(pasteWithXclip(), "newer");
     EXPECT_TRUE(newer.program().isRunning());
+}
+
+TEST_F(ClipboardX11Snapshot, isNeverPutOverACopyThatIsMadeAtTheSameMoment) {
+    SelectionRequestor user;
+    const xcb_atom_t selection = internAtom(user.connection(), "CLIPBOARD");
+    for (int round = 0; round < 300; ++round) {
+        setText(QStringLiteral("the transcript"));
+        clipboard->restore({{{{"UTF8_STRING", "before"}}}});
+        std::this_thread::sleep_for(std::chrono::microseconds(round));
+        xcb_set_selection_owner(user.connection(), user.window(), selection, XCB_CURRENT_TIME);
+        xcb_flush(user.connection());
+        settle();
+        // Whichever came first: the user's copy is the newer one.
+        ASSERT_EQ(user.owner("CLIPBOARD"), user.window()) << round;
+    }
 }
 
 TEST_F(ClipboardX11Snapshot, neverClearsANewerCopy) {

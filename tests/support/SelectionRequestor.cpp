@@ -85,7 +85,7 @@ std::vector<std::optional<SelectionReply>> SelectionRequestor::readMultiple(
     if (!convert(selection, "MULTIPLE", end))
         return {};
     const auto answered = takeProperty(property);
-    if (!answered || answered->data.size() != static_cast<qsizetype>(pairs.size() * 4))
+    if (!answered || static_cast<std::size_t>(answered->data.size()) != pairs.size() * 4)
         return {};
     std::memcpy(pairs.data(), answered->data.constData(), pairs.size() * 4);
     std::vector<std::optional<SelectionReply>> replies;
