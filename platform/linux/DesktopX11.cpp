@@ -9,9 +9,10 @@ namespace sayloft {
 
 std::optional<QString> missingDesktop() {
     if (qEnvironmentVariableIsEmpty("DISPLAY"))
-        return QStringLiteral("no desktop here: DISPLAY is not set");
+        return QStringLiteral("needs an X server (on Wayland, Xwayland): DISPLAY is not set");
     if (!connectToXServer())
-        return QStringLiteral("no desktop here: nothing answers at DISPLAY ") +
+        return QStringLiteral(
+                   "needs an X server (on Wayland, Xwayland): nothing answers at DISPLAY ") +
                qEnvironmentVariable("DISPLAY");
     return std::nullopt;
 }

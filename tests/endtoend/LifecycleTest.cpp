@@ -86,12 +86,23 @@ TEST_F(Program, endsWithItsHelperWhenTheXServerGoes) {
     EXPECT_TRUE(test::waitUntil([] { return !helperRuns(); }));
 }
 
-TEST_F(Program, saysInOneLineThatThereIsNoDesktop) {
+TEST_F(Program, saysInOneLineThatThereIsNoXServer) {
     m_environment.remove(QStringLiteral("DISPLAY"));
     test::SayloftProgram sayloft(home(), m_environment);
     ASSERT_TRUE(sayloft.program().waitForEnd(5s));
     EXPECT_EQ(sayloft.program().exitCode(), 1);
-    EXPECT_EQ(sayloft.program().standardError(), "sayloft: no desktop here: DISPLAY is not set\n");
+    EXPECT_EQ(sayloft.program().standardError(),
+              "sayloft: needs an X server (on Wayland, Xwayland): DISPLAY is not set\n");
+}
+
+TEST_F(Program, saysInOneLineThatNoXServerAnswers) {
+    m_environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":54321"));
+    test::SayloftProgram sayloft(home(), m_environment);
+    ASSERT_TRUE(sayloft.program().waitForEnd(5s));
+    EXPECT_EQ(sayloft.program().exitCode(), 1);
+    EXPECT_EQ(
+        sayloft.program().standardError(),
+        "sayloft: needs an X server (on Wayland, Xwayland): nothing answers at DISPLAY :54321\n");
 }
 
 TEST_F(Program, runsOnWithoutTheConfiguredModelAndSaysSo) {
