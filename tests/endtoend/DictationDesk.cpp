@@ -147,10 +147,4 @@ QByteArray DictationDesk::history() const {
     return readFile(home() + QStringLiteral("/.sayloft/history.json"));
 }
 
-bool helperRuns() {
-    QProcess pgrep;
-    pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
-    return pgrep.waitForFinished(5000) && pgrep.exitCode() == 0;
-}
-
 }  // namespace sayloft::test

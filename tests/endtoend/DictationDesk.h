@@ -95,7 +95,4 @@ private:
     std::unique_ptr<SayloftProgram> m_sayloft;
 };
 
-/// Whether a speech helper runs, whoever started it.
-[[nodiscard]] bool helperRuns();
-
 }  // namespace sayloft::test

@@ -161,15 +161,19 @@ TEST_F(Dictation, arrivesWhileTheNextOneIsBeingSpoken) {
     expectWholeSoundInLastRecording();
 }
 
-TEST_F(Dictation, endsWhenAModifierIsAdded) {
-    m_desk.startSayloft({RawAnswer::ok("words")});
+TEST_F(Dictation, endsWhenAModifierIsAddedAndAnotherOneBeginsWhenItIsGone) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
     m_desk.hold();
     m_desk.room().play(m_desk.soundFile());
     m_desk.keyboard().press(TestKeyboard::altLeft);
     EXPECT_TRUE(m_desk.waitForTranscripts(1)) << "the chord is still held";
+    expectWholeSoundInLastRecording();
+    ASSERT_TRUE(test::waitUntil([this] { return m_desk.openMicrophones() == 0; }));
     m_desk.keyboard().release(TestKeyboard::altLeft);
+    EXPECT_TRUE(test::waitUntil([this] { return m_desk.openMicrophones() == 1; }));
     m_desk.letGo();
-    expectInEditor(QStringLiteral("words"));
+    ASSERT_TRUE(m_desk.waitForTranscripts(2));
+    expectInEditor(QStringLiteral("FirstSecond"));
 }
 
 struct Locks {

@@ -37,6 +37,12 @@ bool SayloftProgram::waitForHelper() const {
         std::chrono::seconds(30));
 }
 
+bool helperRuns() {
+    QProcess pgrep;
+    pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+    return pgrep.waitForFinished(5000) && pgrep.exitCode() == 0;
+}
+
 void writeConfig(const QString& home, const QByteArray& json) {
     writeFile(home + QStringLiteral("/.sayloft/config.json"), json);
 }

@@ -33,6 +33,9 @@ private:
     std::unique_ptr<ChildProgram> m_program;
 };
 
+/// Whether a speech helper runs, whoever started it.
+[[nodiscard]] bool helperRuns();
+
 /// Writes `json` as the configuration of the user whose home is `home`.
 void writeConfig(const QString& home, const QByteArray& json);
 
