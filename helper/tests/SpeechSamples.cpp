@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "helper/tests/SpeechSamples.h"
 
+#include "helper/tests/WordErrors.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/TempHome.h"
 
@@ -139,6 +140,16 @@ CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples) {
     if (result.heard.size() != samples.size() || result.decoding.size() != samples.size())
         throw std::runtime_error("pocketsphinx_batch did not say what it heard in each file");
     return result;
+}
+
+double errorRate(const std::vector<SpeechSample>& samples, const std::vector<std::string>& heard) {
+    int errors = 0;
+    std::size_t words = 0;
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        errors += wordErrors(samples[i].words, heard.at(i));
+        words += wordsOf(samples[i].words).size();
+    }
+    return 100.0 * errors / static_cast<double>(words);
 }
 
 }  // namespace sayloft::helper::test

@@ -44,4 +44,8 @@ struct CommandLineRun {
 };
 [[nodiscard]] CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples);
 
+/// Percentage of wrong words over all samples; `heard` has one entry for each.
+[[nodiscard]] double errorRate(const std::vector<SpeechSample>& samples,
+                               const std::vector<std::string>& heard);
+
 }  // namespace sayloft::helper::test

@@ -49,17 +49,6 @@ INSTANTIATE_TEST_SUITE_P(Table, ClearSentence,
                                          "i would like a cup of coffee",
                                          "the train leaves in twenty minutes"));
 
-// Percentage of wrong words over all samples.
-double errorRate(const std::vector<SpeechSample>& samples, const std::vector<std::string>& heard) {
-    int errors = 0;
-    std::size_t words = 0;
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        errors += wordErrors(samples[i].words, heard[i]);
-        words += test::wordsOf(samples[i].words).size();
-    }
-    return 100.0 * errors / static_cast<double>(words);
-}
-
 TEST_F(StarterRecognition, makesNoMoreErrorsThanTheRecognisersOwnCommandLineTool) {
     const std::pair<const char*, std::vector<SpeechSample>> sets[] = {
         {"recorded", test::recordedSpeech()},
@@ -68,8 +57,8 @@ TEST_F(StarterRecognition, makesNoMoreErrorsThanTheRecognisersOwnCommandLineTool
         std::vector<std::string> heard;
         for (const SpeechSample& sample : samples)
             heard.push_back(hear(sample));
-        const double ours = errorRate(samples, heard);
-        const double theirs = errorRate(samples, test::runCommandLineTool(samples).heard);
+        const double ours = test::errorRate(samples, heard);
+        const double theirs = test::errorRate(samples, test::runCommandLineTool(samples).heard);
         std::printf("word error rate, %s speech: starter %.1f %%, pocketsphinx_batch %.1f %%\n",
                     name, ours, theirs);
         EXPECT_LE(ours, theirs) << name;

@@ -17,12 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-bool helperRuns() {
-    QProcess pgrep;
-    pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
-    return pgrep.waitForFinished(5000) && pgrep.exitCode() == 0;
-}
-
 class Program : public testing::Test {
 protected:
     Program() {
@@ -57,7 +51,7 @@ TEST_P(ProgramAskedToQuit, endsItsHelperFirstAndExitsWithZero) {
     m_sayloft->program().signal(GetParam().number);
     ASSERT_TRUE(m_sayloft->program().waitForEnd(8s));
     EXPECT_EQ(m_sayloft->program().exitCode(), 0);
-    EXPECT_FALSE(helperRuns());
+    EXPECT_FALSE(test::helperRuns());
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ProgramAskedToQuit,
@@ -69,21 +63,21 @@ TEST_F(Program, neverLeavesItsHelperBehindWhenItIsKilled) {
     startAndWaitForTheHelper();
     m_sayloft->program().signal(SIGKILL);
     ASSERT_TRUE(m_sayloft->program().waitForEnd(5s));
-    EXPECT_TRUE(test::waitUntil([] { return !helperRuns(); }));
+    EXPECT_TRUE(test::waitUntil([] { return !test::helperRuns(); }));
 }
 
 TEST_F(Program, neverLeavesItsHelperBehindWhenItCrashes) {
     startAndWaitForTheHelper();
     m_sayloft->program().signal(SIGSEGV);
     ASSERT_TRUE(m_sayloft->program().waitForEnd(5s));
-    EXPECT_TRUE(test::waitUntil([] { return !helperRuns(); }));
+    EXPECT_TRUE(test::waitUntil([] { return !test::helperRuns(); }));
 }
 
 TEST_F(Program, endsWithItsHelperWhenTheXServerGoes) {
     startAndWaitForTheHelper();
     m_server->program().signal(SIGKILL);
     ASSERT_TRUE(m_sayloft->program().waitForEnd(10s));
-    EXPECT_TRUE(test::waitUntil([] { return !helperRuns(); }));
+    EXPECT_TRUE(test::waitUntil([] { return !test::helperRuns(); }));
 }
 
 TEST_F(Program, saysInOneLineThatThereIsNoXServer) {
@@ -127,7 +121,7 @@ TEST_F(Program, worksWhereverItsBundleIsCopiedTo) {
     EXPECT_TRUE(test::waitUntil([&] {
         return test::readFile(log).contains("parakeet-server starting (starter-en-us.model)");
     }));
-    EXPECT_TRUE(test::waitUntil([] { return helperRuns(); }));
+    EXPECT_TRUE(test::waitUntil([] { return test::helperRuns(); }));
     const QByteArray pid = test::run(QStringLiteral("pgrep"),
                                      {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
     EXPECT_EQ(QFileInfo(QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(pid.trimmed())))

@@ -157,6 +157,10 @@ void SoundServer::setDefaultMicrophone(const QString& name) const {
     pactl({QStringLiteral("set-default-source"), name});
 }
 
+QByteArray SoundServer::list(const QString& what) const {
+    return pactl({QStringLiteral("list"), what});
+}
+
 void SoundServer::kill() {
     m_server->signal(SIGKILL);
     if (!m_server->waitForEnd(5s))

@@ -46,6 +46,9 @@ public:
     void removeMicrophone(const QString& name) const;
     void setDefaultMicrophone(const QString& name) const;
 
+    /// What the server says of all its "source-outputs" or "clients".
+    [[nodiscard]] QByteArray list(const QString& what) const;
+
     /// Ends the server without a farewell to its clients.
     void kill();
     void freeze();

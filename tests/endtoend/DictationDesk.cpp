@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#include "tests/endtoend/DictationDesk.h"
+
+#include "tests/support/TempHome.h"
+#include "tests/support/WaitUntil.h"
+
+#include <QFile>
+#include <QRegularExpression>
+
+#include <algorithm>
+#include <stdexcept>
+
+namespace sayloft::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint16_t helperPort = 8090;
+
+QByteArray configuration(const QByteArray& settings) {
+    QByteArray json = R"({"model":"starter","dictateEnterChords":[5])";
+    if (!settings.isEmpty())
+        json += ',' + settings;
+    return json + '}';
+}
+
+QByteArray wavIn(const QByteArray& request) {
+    const QByteArray before = "Content-Type: audio/wav\r\n\r\n";
+    const qsizetype from = request.indexOf(before) + before.size();
+    return request.mid(from, request.lastIndexOf("\r\n--Sayloft", -50) - from);
+}
+
+qsizetype mentionsOfSayloft(const SoundServer& room, const QString& list) {
+    return room.list(list).count("application.process.binary = \"sayloft\"");
+}
+
+}  // namespace
+
+DictationDesk::DictationDesk() {
+    writeSound(m_noiseFile, m_noise);
+}
+
+void DictationDesk::startSayloft(const QByteArray& settings) {
+    start(settings, QStringLiteral(SAYLOFT_BUNDLE_DIR));
+    if (!m_sayloft->waitForHelper())
+        throw std::runtime_error("the speech helper did not come up");
+}
+
+void DictationDesk::startSayloft(const std::vector<RawAnswer>& answers,
+                                 const QByteArray& settings) {
+    std::vector<RawAnswer> script{RawAnswer::ok("ready")};
+    script.insert(script.end(), answers.begin(), answers.end());
+    m_speechServer = std::make_unique<RawHttpServer>(script, helperPort);
+    start(settings, bundleWithDeafHelper());
+    // From here on every connection is a dictation.
+    if (!waitUntil([this] { return !m_speechServer->requests().empty(); }))
+        throw std::runtime_error("nobody asked whether the speech server is ready");
+}
+
+void DictationDesk::startSayloftWithoutServer() {
+    start({}, bundleWithDeafHelper());
+}
+
+void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
+    writeConfig(home(), configuration(settings));
+    QProcessEnvironment environment = m_display.environment();
+    m_bus.addTo(environment);
+    m_room.addTo(environment);
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
+    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle);
+    if (!m_sayloft->waitForLog(QStringLiteral("event tap installed OK")))
+        throw std::runtime_error("Sayloft did not come up: " + m_sayloft->log().toStdString());
+    waitForSound();
+}
+
+QString DictationDesk::bundleWithDeafHelper() {
+    QString bundle = m_directory.filePath(QStringLiteral("Sayloft.app"));
+    run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
+    const QString helper = bundle + QStringLiteral("/Contents/Helpers/parakeet-server");
+    QFile::remove(helper);
+    if (!QFile::copy(QStringLiteral(SAYLOFT_FOREIGN_HELPER), helper))
+        throw std::runtime_error("could not replace " + helper.toStdString());
+    writeFile(home() + QStringLiteral("/.sayloft/models/starter-en-us.model"), "deaf");
+    return bundle;
+}
+
+void DictationDesk::waitForSound() const {
+    if (!waitUntil([this] { return mentionsOfSayloft(m_room, QStringLiteral("clients")) > 0; }))
+        throw std::runtime_error("Sayloft did not find the sound server");
+}
+
+qsizetype DictationDesk::openMicrophones() const {
+    return mentionsOfSayloft(m_room, QStringLiteral("source-outputs"));
+}
+
+void DictationDesk::hold(const Chord& chord) {
+    // The microphone stays open for a moment after a dictation.
+    if (!waitUntil([this] { return openMicrophones() == 0; }))
+        throw std::runtime_error("the microphone stays open");
+    for (const TestKeyboard::Key key : chord)
+        m_keyboard.press(key);
+    if (!waitUntil([this] { return openMicrophones() > 0; }))
+        throw std::runtime_error("the microphone stays closed");
+}
+
+void DictationDesk::letGo(const Chord& chord) {
+    std::for_each(chord.rbegin(), chord.rend(),
+                  [this](TestKeyboard::Key key) { m_keyboard.release(key); });
+}
+
+void DictationDesk::say(const QString& wavPath, const Chord& chord) {
+    hold(chord);
+    m_room.play(wavPath);
+    letGo(chord);
+}
+
+void DictationDesk::say(const Chord& chord) {
+    say(m_noiseFile, chord);
+}
+
+std::vector<Samples> DictationDesk::recordings() const {
+    const std::vector<QByteArray> requests = m_speechServer->requests();
+    const QString file = m_directory.filePath(QStringLiteral("sent.wav"));
+    std::vector<Samples> recordings;
+    for (std::size_t i = 1; i < requests.size(); ++i) {
+        writeFile(file, wavIn(requests[i]));
+        recordings.push_back(readSound(file));
+    }
+    return recordings;
+}
+
+QStringList DictationDesk::transcripts() const {
+    static const QRegularExpression form(
+        QStringLiteral("TRANSCRIPT len=\\d+ trusted=true text='(.*)'$"),
+        QRegularExpression::MultilineOption);
+    QStringList texts;
+    for (auto matches = form.globalMatch(m_sayloft->log()); matches.hasNext();)
+        texts.append(matches.next().captured(1));
+    return texts;
+}
+
+bool DictationDesk::waitForTranscripts(qsizetype count, std::chrono::milliseconds deadline) const {
+    return waitUntil([&] { return transcripts().size() >= count; }, deadline);
+}
+
+QByteArray DictationDesk::history() const {
+    return readFile(home() + QStringLiteral("/.sayloft/history.json"));
+}
+
+}  // namespace sayloft::test

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+// The program with a speech helper that dies or hangs.
+#include "helper/tests/SpeechSamples.h"
+#include "tests/endtoend/DictationDesk.h"
+#include "tests/support/WaitUntil.h"
+
+#include <QElapsedTimer>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace sayloft {
+namespace {
+
+using namespace std::chrono_literals;
+using test::DictationDesk;
+using test::RawAnswer;
+
+class HelperTrouble : public testing::Test {
+protected:
+    void signalHelper(int number) const {
+        const QByteArray pid = test::run(QStringLiteral("pgrep"),
+                                         {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+        ASSERT_EQ(::kill(pid.trimmed().toInt(), number), 0) << pid.toStdString();
+    }
+
+    /// Between the release and the paste there is nothing but the transcription.
+    void sayAndWaitForTheEndOfTheRecording() {
+        m_desk.say();
+        ASSERT_TRUE(test::waitUntil([this] { return m_desk.openMicrophones() == 0; }));
+    }
+
+    /// The helper may take the 3 s that it has to end; a transcription may not take its 30 s.
+    void expectPromptEnd() {
+        QElapsedTimer timer;
+        timer.start();
+        m_desk.sayloft().program().signal(SIGTERM);
+        ASSERT_TRUE(m_desk.sayloft().program().waitForEnd(10s));
+        EXPECT_LT(timer.elapsed(), 5000);
+        EXPECT_EQ(m_desk.sayloft().program().exitCode(), 0);
+        EXPECT_FALSE(test::helperRuns());
+    }
+
+    DictationDesk m_desk;
+};
+
+TEST_F(HelperTrouble, aKilledHelperFailsTheDictationOnly) {
+    m_desk.startSayloft();
+    signalHelper(SIGKILL);
+    m_desk.say();
+    EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+    EXPECT_EQ(m_desk.editor().textOnce({}), QString());
+    EXPECT_TRUE(m_desk.sayloft().program().isRunning());
+    expectPromptEnd();
+}
+
+TEST_F(HelperTrouble, aHelperKilledWhileItTranscribesFailsTheDictationOnly) {
+    m_desk.startSayloft();
+    signalHelper(SIGSTOP);
+    sayAndWaitForTheEndOfTheRecording();
+    signalHelper(SIGKILL);
+    EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+    EXPECT_TRUE(m_desk.sayloft().program().isRunning());
+    expectPromptEnd();
+}
+
+TEST_F(HelperTrouble, aFrozenHelperDelaysTheTextUntilItGoesOn) {
+    const QTemporaryDir directory;
+    const auto sample = helper::test::speak(directory, "the weather is nice today");
+    m_desk.startSayloft();
+    signalHelper(SIGSTOP);
+    m_desk.say(sample.file);
+    test::turnEventLoopFor(2s);
+    EXPECT_EQ(m_desk.transcripts(), QStringList());
+    signalHelper(SIGCONT);
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    const QString words = QString::fromStdString(sample.words);
+    EXPECT_EQ(m_desk.editor().textOnce(words), words);
+}
+
+TEST_F(HelperTrouble, aFrozenHelperDoesNotDelayTheEnd) {
+    m_desk.startSayloft();
+    signalHelper(SIGSTOP);
+    sayAndWaitForTheEndOfTheRecording();
+    EXPECT_FALSE(m_desk.sayloft().log().contains(QStringLiteral("TRANSCRIBE FAILED")));
+    expectPromptEnd();
+}
+
+TEST_F(HelperTrouble, aTranscriptionThatHangsDoesNotDelayTheEnd) {
+    m_desk.startSayloft({RawAnswer::hang()});
+    m_desk.say();
+    ASSERT_TRUE(test::waitUntil([this] { return m_desk.recordings().size() == 1; }));
+    expectPromptEnd();
+}
+
+TEST_F(HelperTrouble, theEndInTheMiddleOfARecordingIsPrompt) {
+    m_desk.startSayloft();
+    m_desk.hold();
+    expectPromptEnd();
+    EXPECT_EQ(m_desk.openMicrophones(), 0);
+}
+
+}  // namespace
+}  // namespace sayloft
