@@ -10,10 +10,12 @@
 
 namespace sayloft::test {
 
-SayloftProgram::SayloftProgram(const QString& home, QProcessEnvironment environment)
+SayloftProgram::SayloftProgram(const QString& home, QProcessEnvironment environment,
+                               const QString& bundle)
     : m_home(home) {
     environment.insert(QStringLiteral("HOME"), home);
-    m_program = std::make_unique<ChildProgram>(executable(), QStringList(), environment);
+    m_program = std::make_unique<ChildProgram>(bundle + QStringLiteral("/Contents/bin/sayloft"),
+                                               QStringList(), environment);
 }
 
 bool SayloftProgram::waitForLog(const QString& text, std::chrono::milliseconds deadline) const {
@@ -33,10 +35,6 @@ bool SayloftProgram::waitForHelper() const {
             return socket.waitForConnected(200);
         },
         std::chrono::seconds(30));
-}
-
-QString SayloftProgram::executable() {
-    return QStringLiteral(SAYLOFT_BUNDLE_DIR "/Contents/bin/sayloft");
 }
 
 void writeConfig(const QString& home, const QByteArray& json) {

@@ -13,8 +13,10 @@ namespace sayloft::test {
 /// The real program from the build's bundle, started as a user starts it, with a home of its own.
 class SayloftProgram {
 public:
-    /// `home` is the home directory; a configuration must be written into it before this.
-    SayloftProgram(const QString& home, QProcessEnvironment environment);
+    /// `home` is the home directory; a configuration must be written into it before this. `bundle`
+    /// is where the program is installed.
+    SayloftProgram(const QString& home, QProcessEnvironment environment,
+                   const QString& bundle = QStringLiteral(SAYLOFT_BUNDLE_DIR));
 
     /// Waits until `text` is in the log that the program writes; fails after `deadline`.
     [[nodiscard]] bool waitForLog(
@@ -25,8 +27,6 @@ public:
     [[nodiscard]] bool waitForHelper() const;
 
     [[nodiscard]] ChildProgram& program() { return *m_program; }
-
-    [[nodiscard]] static QString executable();
 
 private:
     QString m_home;
