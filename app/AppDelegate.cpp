@@ -23,6 +23,9 @@ template <typename... Handlers>
 struct Overloaded : Handlers... {
     using Handlers::operator()...;
 };
+// WORKAROUND: clang 14, which clang-tidy reads us with, cannot deduce an aggregate's types itself.
+template <typename... Handlers>
+Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
 }  // namespace
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/FocusedWindow.h"
 
+#include <xcb/xfixes.h>
 #include <xcb/xtest.h>
 
 #include <stdexcept>
@@ -23,7 +24,21 @@ FocusedWindow::FocusedWindow() : m_connection(connectToXServer()) {
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
                       &events);
     xcb_map_window(m_connection.get(), m_window);
+    watchClipboard();
     takeFocus();
+}
+
+void FocusedWindow::watchClipboard() {
+    const auto* extension = xcb_get_extension_data(m_connection.get(), &xcb_xfixes_id);
+    if (extension == nullptr || extension->present == 0)
+        throw std::runtime_error("the X server has no XFIXES");
+    m_ownerChanged =
+        static_cast<std::uint8_t>(extension->first_event + XCB_XFIXES_SELECTION_NOTIFY);
+    // Requests only work once the server has been told which version is spoken.
+    const XcbOwned<xcb_xfixes_query_version_reply_t> version(xcb_xfixes_query_version_reply(
+        m_connection.get(), xcb_xfixes_query_version(m_connection.get(), 5, 0), nullptr));
+    xcb_xfixes_select_selection_input(m_connection.get(), m_window, m_clipboard,
+                                      XCB_XFIXES_SELECTION_EVENT_MASK_SET_SELECTION_OWNER);
 }
 
 void FocusedWindow::takeFocus() {
@@ -48,7 +63,10 @@ std::optional<FocusedWindow::Clock::time_point> FocusedWindow::waitForPasteKey(
             std::this_thread::sleep_for(100us);
             continue;
         }
-        if ((event->response_type & 0x7FU) != XCB_KEY_PRESS)
+        const auto type = static_cast<std::uint8_t>(event->response_type & 0x7FU);
+        if (type == m_ownerChanged)
+            m_clipboardTaken = Clock::now();
+        if (type != XCB_KEY_PRESS)
             continue;
         const auto* key = reinterpret_cast<const xcb_key_press_event_t*>(event.get());
         if (key->detail != Keycode::v || (key->state & XCB_MOD_MASK_CONTROL) == 0)

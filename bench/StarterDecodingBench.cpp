@@ -3,6 +3,7 @@
 // pocketsphinx_batch on the same files in the same run. Ours is measured as the app sees it, from
 // sending the request to the end of the answer; the tool's is the decoding time that it reports,
 // which leaves out loading the model.
+#include "bench/Result.h"
 #include "helper/tests/HelperBundle.h"
 #include "helper/tests/SpeechSamples.h"
 
@@ -12,6 +13,7 @@
 #include <cstdio>
 #include <iterator>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include <time.h>
@@ -65,9 +67,7 @@ double medianOf(const std::vector<Duration>& durations, double Duration::*part) 
     std::vector<double> values;
     std::transform(durations.begin(), durations.end(), std::back_inserter(values),
                    [part](const Duration& duration) { return duration.*part; });
-    std::sort(values.begin(), values.end());
-    const std::size_t half = values.size() / 2;
-    return values.size() % 2 == 1 ? values[half] : (values[half - 1] + values[half]) / 2;
+    return bench::medianOf(std::move(values));
 }
 
 void add(Duration& sum, const Duration& duration) {
@@ -108,6 +108,16 @@ void print(const std::vector<Row>& rows) {
     }
 }
 
+void printResult(const Row& row, const char* what, double Duration::*part) {
+    const auto ratio = [&](const std::vector<Duration>& durations) {
+        return bench::describe(medianOf(durations, part) / row.length, 3, "s");
+    };
+    bench::print({.name = std::string("starter, ") + what + " per second of speech",
+                  .value = ratio(row.ours),
+                  .peer = "pocketsphinx_batch",
+                  .peerValue = ratio(row.theirs)});
+}
+
 void runBench() {
     const QTemporaryDir directory;
     std::vector<SpeechSample> samples = test::recordedSpeech();
@@ -125,6 +135,8 @@ void runBench() {
     for (int round = 0; round < rounds; ++round)
         runRound(server, samples, rows);
     print(rows);
+    printResult(rows.back(), "wall time", &Duration::wall);
+    printResult(rows.back(), "processor time", &Duration::processor);
 }
 
 }  // namespace

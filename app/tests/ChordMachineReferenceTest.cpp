@@ -67,7 +67,7 @@ private:
         captured.insert(held.begin(), held.end());
         if (!held.empty() || captured.empty())
             return "nothing";
-        const std::string result = "captured " + captureFor + " " + joined(captured);
+        std::string result = "captured " + captureFor + " " + joined(captured);
         (captureFor == "plain" ? dictate : dictateEnter).insert(captured);
         captureFor.clear();
         captured.clear();

@@ -93,7 +93,8 @@ void PulseCapture::onState(pa_stream* stream, void* self) {
     auto* capture = static_cast<PulseCapture*>(self);
     const pa_stream_state_t state = pa_stream_get_state(stream);
     if (!PA_STREAM_IS_GOOD(state))
-        capture->end(QString::fromUtf8(pa_strerror(pa_context_errno(pa_stream_get_context(stream)))));
+        capture->end(
+            QString::fromUtf8(pa_strerror(pa_context_errno(pa_stream_get_context(stream)))));
     else if (state == PA_STREAM_READY && !capture->isRightDevice())
         capture->end(QStringLiteral("the microphone is gone"));
 }

@@ -1,0 +1,130 @@
+// SPDX-License-Identifier: MIT
+// What the program costs while nobody dictates: the real app with its helper and the starter model
+// loaded, on a desktop on which nothing happens, over a minute.
+#include "bench/Desktop.h"
+#include "bench/Result.h"
+#include "tests/support/SayloftProgram.h"
+#include "tests/support/TempHome.h"
+
+#include <QCoreApplication>
+#include <QDir>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include <time.h>
+
+namespace sayloft::bench {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr auto settling = 5s;
+constexpr auto measured = 60s;
+
+/// What /proc says about one process; everything since its start but the memory.
+struct Usage {
+    double processorMs = 0;  ///< user and system, all threads
+    long voluntarySwitches = 0;
+    long involuntarySwitches = 0;
+    long rssKb = 0;
+    long pssKb = 0;
+};
+
+/// The number after `name` in a file of lines "name: number ..."; throws when there is none.
+long numberIn(const QString& path, const QByteArray& name) {
+    for (const QByteArray& line : test::readFile(path).split('\n')) {
+        if (line.startsWith(name + ':'))
+            return line.mid(name.size() + 1).simplified().split(' ').first().toLong();
+    }
+    throw std::runtime_error(path.toStdString() + " has no " + name.toStdString());
+}
+
+// Finer than the ticks of /proc/<pid>/stat, which are 10 ms long.
+double processorTimeOf(qint64 pid) {
+    clockid_t clock = {};
+    timespec used = {};
+    if (::clock_getcpuclockid(static_cast<pid_t>(pid), &clock) != 0 ||
+        ::clock_gettime(clock, &used) != 0)
+        throw std::runtime_error("the processor time cannot be read");
+    return 1e3 * static_cast<double>(used.tv_sec) + 1e-6 * static_cast<double>(used.tv_nsec);
+}
+
+Usage usageOf(qint64 pid) {
+    const QString process = QStringLiteral("/proc/%1").arg(pid);
+    Usage usage{.processorMs = processorTimeOf(pid),
+                .rssKb = numberIn(process + QStringLiteral("/smaps_rollup"), "Rss"),
+                .pssKb = numberIn(process + QStringLiteral("/smaps_rollup"), "Pss")};
+    const QStringList threads =
+        QDir(process + QStringLiteral("/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+    for (const QString& thread : threads) {
+        const QString status = process + QStringLiteral("/task/%1/status").arg(thread);
+        usage.voluntarySwitches += numberIn(status, "voluntary_ctxt_switches");
+        usage.involuntarySwitches += numberIn(status, "nonvoluntary_ctxt_switches");
+    }
+    return usage;
+}
+
+qint64 helperOf(qint64 app) {
+    const QByteArray pid = test::run(
+        QStringLiteral("pgrep"), {QStringLiteral("-x"), QStringLiteral("-P"), QString::number(app),
+                                  QStringLiteral("parakeet-server")});
+    return pid.trimmed().toLongLong();
+}
+
+void report(const std::string& name, const Usage& before, const Usage& after) {
+    const double seconds = std::chrono::duration<double>(measured).count();
+    const auto row = [&](const char* what, const std::string& value) {
+        print({.name = name + " idle: " + what, .value = value, .peer = {}, .peerValue = {}});
+    };
+    const auto perSecond = [&](long count) {
+        return std::to_string(count) + " (" +
+               describe(static_cast<double>(count) / seconds, 2, "/s") + ")";
+    };
+    const auto megabytes = [](long kb) {
+        return describe(static_cast<double>(kb) / 1024.0, 1, "MiB");
+    };
+    std::printf("%s: %.0f ms of processor time from its start until the minute began\n",
+                name.c_str(), before.processorMs);
+    row("processor time in 60 s", describe(after.processorMs - before.processorMs, 2, "ms"));
+    row("voluntary context switches in 60 s",
+        perSecond(after.voluntarySwitches - before.voluntarySwitches));
+    row("involuntary context switches in 60 s",
+        perSecond(after.involuntarySwitches - before.involuntarySwitches));
+    row("resident memory (RSS)", megabytes(after.rssKb));
+    row("proportional memory (PSS)", megabytes(after.pssKb));
+}
+
+void runBench() {
+    const Desktop desktop;
+    test::SayloftProgram sayloft(desktop.home(), desktop.environment());
+    if (!sayloft.waitForLog(QStringLiteral("event tap installed OK")) || !sayloft.waitForHelper())
+        throw std::runtime_error("the app did not come up: " + sayloft.log().toStdString());
+    std::this_thread::sleep_for(settling);
+
+    const qint64 app = sayloft.program().pid();
+    const qint64 helper = helperOf(app);
+    const std::array before{usageOf(app), usageOf(helper)};
+    std::this_thread::sleep_for(measured);
+    const std::array after{usageOf(app), usageOf(helper)};
+    report("app", before[0], after[0]);
+    report("helper", before[1], after[1]);
+}
+
+}  // namespace
+}  // namespace sayloft::bench
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    try {
+        sayloft::bench::runBench();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "bench_idle: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

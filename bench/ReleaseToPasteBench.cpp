@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: MIT
+// From letting the chord go to the paste key in the focused window, with a speech server that
+// answers at once: what a dictation takes beside the recognition. In turns with it, the same steps
+// by hand: curl posts the same recording to the same server, xclip takes the clipboard and xdotool
+// presses the paste key, from the start of curl on.
+#include "bench/Desktop.h"
+#include "bench/FocusedWindow.h"
+#include "bench/Result.h"
+#include "tests/support/RawHttp.h"
+#include "tests/support/SayloftProgram.h"
+#include "tests/support/TempHome.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace sayloft::bench {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = FocusedWindow::Clock;
+
+constexpr int rounds = 30;
+constexpr auto hold = 500ms;
+// Longer than the app needs to bring the clipboard back.
+constexpr auto rest = 700ms;
+
+double milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+/// The build's bundle with the server that answers at once in place of its helper.
+class InstantBundle {
+public:
+    explicit InstantBundle(const QString& root) : m_root(root) {
+        test::run(QStringLiteral("cp"),
+                  {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), m_root});
+        const QString helper = m_root + QStringLiteral("/Contents/Helpers/parakeet-server");
+        if (!QFile::remove(helper) || !QFile::copy(QStringLiteral(INSTANT_SERVER), helper))
+            throw std::runtime_error("the helper cannot be replaced");
+    }
+
+    [[nodiscard]] QString root() const { return m_root; }
+    /// The first recording that the server got.
+    [[nodiscard]] QString recording() const { return model() + QStringLiteral(".wav"); }
+
+    struct Request {
+        Clock::time_point arrived;
+        Clock::time_point answered;
+    };
+    /// The one that the server has answered as its `number`th, from 1; throws unless it is the
+    /// last.
+    [[nodiscard]] Request lastRequest(int number) const {
+        const QList<QByteArray> lines =
+            test::readFile(model() + QStringLiteral(".times")).trimmed().split('\n');
+        const QList<QByteArray> moments = lines.last().split(' ');
+        if (lines.size() != number || moments.size() != 2)
+            throw std::runtime_error("a dictation did not make exactly one request");
+        return {.arrived = Clock::time_point(Clock::duration(moments[0].toLongLong())),
+                .answered = Clock::time_point(Clock::duration(moments[1].toLongLong()))};
+    }
+
+private:
+    [[nodiscard]] QString model() const {
+        return m_root + QStringLiteral("/Contents/Resources/models/starter-en-us.model");
+    }
+
+    QString m_root;
+};
+
+/// What lies between the steps of every run.
+struct Times {
+    std::vector<double> whole;
+    std::vector<double> untilRequest;
+    std::vector<double> untilAnswer;
+    std::vector<double> untilClipboard;
+    std::vector<double> untilKey;
+
+    void add(Clock::time_point start, InstantBundle::Request request, Clock::time_point clipboard,
+             Clock::time_point key) {
+        whole.push_back(milliseconds(key - start));
+        untilRequest.push_back(milliseconds(request.arrived - start));
+        untilAnswer.push_back(milliseconds(request.answered - request.arrived));
+        untilClipboard.push_back(milliseconds(clipboard - request.answered));
+        untilKey.push_back(milliseconds(key - clipboard));
+    }
+};
+
+class Comparison {
+public:
+    Comparison() {
+        if (!m_sayloft.waitForLog(QStringLiteral("event tap installed OK")) ||
+            !m_sayloft.waitForHelper())
+            throw std::runtime_error("the app did not come up: " + m_sayloft.log().toStdString());
+    }
+
+    void run() {
+        // The first of each loads libraries and caches.
+        Times warmUp;
+        dictate(warmUp);
+        doByHand(warmUp);
+        for (int round = 0; round < rounds; ++round) {
+            dictate(ours);
+            doByHand(theirs);
+        }
+    }
+
+    Times ours;
+    Times theirs;
+
+private:
+    void dictate(Times& times) {
+        m_window.press(Keycode::shiftLeft);
+        m_window.press(Keycode::superLeft);
+        std::this_thread::sleep_for(hold);
+        const auto released = Clock::now();
+        m_window.release(Keycode::superLeft);
+        m_window.release(Keycode::shiftLeft);
+        finish(times, released);
+    }
+
+    void doByHand(Times& times) {
+        const QString steps = QStringLiteral(
+                                  "curl -s -F 'file=@%1;filename=a.wav;type=audio/wav' "
+                                  "-F response_format=text "
+                                  "http://127.0.0.1:8090/v1/audio/transcriptions "
+                                  "| xclip -selection clipboard && xdotool key ctrl+v")
+                                  .arg(m_bundle.recording());
+        QProcess shell;
+        shell.setProcessEnvironment(m_desktop.environment());
+        shell.setStandardOutputFile(QProcess::nullDevice());
+        const auto started = Clock::now();
+        shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), steps});
+        finish(times, started);
+        if (!shell.waitForFinished() || shell.exitCode() != 0)
+            throw std::runtime_error("curl, xclip or xdotool failed");
+    }
+
+    void finish(Times& times, Clock::time_point start) {
+        const auto key = m_window.waitForPasteKey(10s);
+        if (!key)
+            throw std::runtime_error(std::string("no paste key came, the server is ") +
+                                     (test::isListening(8090) ? "there: " : "gone: ") +
+                                     m_sayloft.log().toStdString());
+        std::this_thread::sleep_for(rest);
+        times.add(start, m_bundle.lastRequest(++m_requests), m_window.clipboardTaken(), *key);
+    }
+
+    Desktop m_desktop;
+    InstantBundle m_bundle{m_desktop.path(QStringLiteral("Sayloft.app"))};
+    test::SayloftProgram m_sayloft{m_desktop.home(), m_desktop.environment(), m_bundle.root()};
+    FocusedWindow m_window;
+    int m_requests = 0;
+};
+
+void printStep(const char* name, const std::vector<double>& ours,
+               const std::vector<double>& theirs) {
+    std::printf("  %-44s %28s %28s\n", name, describeMilliseconds(ours).c_str(),
+                describeMilliseconds(theirs).c_str());
+}
+
+void report(const Times& ours, const Times& theirs) {
+    std::printf("from the chord's release to the paste key, medians (least to most) of %d runs\n",
+                rounds);
+    std::printf("  %-44s %28s %28s\n", "", "sayloft", "curl + xclip + xdotool");
+    printStep("recording's end, until the request is there", ours.untilRequest,
+              theirs.untilRequest);
+    printStep("until it is answered", ours.untilAnswer, theirs.untilAnswer);
+    printStep("snapshot, until the clipboard is taken", ours.untilClipboard, theirs.untilClipboard);
+    printStep("until the paste key arrives", ours.untilKey, theirs.untilKey);
+    printStep("all of it", ours.whole, theirs.whole);
+    std::printf(
+        "Sayloft's first step contains the 100 ms for which the recording runs on after the\n"
+        "release; by hand, it is the start of a shell and of curl with a finished recording, and\n"
+        "nobody keeps what was on the clipboard.\n");
+    print({.name = "chord release to paste key (100 ms: recording)",
+           .value = describeMilliseconds(ours.whole),
+           .peer = "curl + xclip + xdotool",
+           .peerValue = describeMilliseconds(theirs.whole)});
+}
+
+}  // namespace
+}  // namespace sayloft::bench
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    try {
+        sayloft::bench::Comparison comparison;
+        comparison.run();
+        sayloft::bench::report(comparison.ours, comparison.theirs);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "bench_release_to_paste: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
