@@ -63,6 +63,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 
 void AppDelegate::applicationWillTerminate() {
     m_parakeet.stop();
+    m_paster.restoreNow();
     m_platform.clipboard->handOver();
 }
 

@@ -6,9 +6,11 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusReply>
 #include <QFileInfo>
 
 #include <chrono>
+#include <optional>
 
 namespace sayloft {
 namespace {
@@ -23,56 +25,66 @@ QString objectPath() {
     return QStringLiteral("/org/sayloft/Sayloft");
 }
 
-/// Asking for a bus that is not there would start one, which outlives the program.
-bool hasSessionBus() {
-    if (qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS"))
-        return true;
+/// None where there is no bus: asking for one that is not there would start it, and it would
+/// outlive the program.
+std::optional<QDBusConnection> sessionBus() {
     const QString runtimeDir = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtimeDir.isEmpty() && QFileInfo::exists(runtimeDir + QStringLiteral("/bus"));
-}
-
-void activateTheOther() {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        busName(), objectPath(), QStringLiteral("org.freedesktop.Application"),
-        QStringLiteral("Activate"));
-    call << QVariantMap();
-    constexpr auto patience = 3s;
-    QDBusConnection::sessionBus().call(call, QDBus::Block,
-                                       std::chrono::milliseconds(patience).count());
+    const bool there =
+        qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
+        (!runtimeDir.isEmpty() && QFileInfo::exists(runtimeDir + QStringLiteral("/bus")));
+    if (!there)
+        return std::nullopt;
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    return bus.isConnected() ? std::optional(bus) : std::nullopt;
 }
 
 }  // namespace
 
-SingleInstance::SingleInstance() = default;
+SingleInstance::SingleInstance() : m_lock(DATA_DIR + QStringLiteral("/sayloft.lock")) {
+    // Only a lock whose process is gone is stale, however old it is.
+    m_lock.setStaleLockTime(0);
+}
+
 SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::claim() {
-    if (hasSessionBus() && QDBusConnection::sessionBus().isConnected())
-        return claimName();
-    return claimLockFile();
-}
-
-bool SingleInstance::claimName() {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    // The object comes first: whoever sees the name may call it at once.
-    bus.registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
-    const auto reply =
-        bus.interface()->registerService(busName(), QDBusConnectionInterface::DontQueueService,
-                                         QDBusConnectionInterface::DontAllowReplacement);
-    if (reply.isValid() && reply.value() == QDBusConnectionInterface::ServiceRegistered)
-        return true;
-    activateTheOther();
-    return false;
-}
-
-bool SingleInstance::claimLockFile() {
     ensureDataDir();
-    m_lock = std::make_unique<QLockFile>(DATA_DIR + QStringLiteral("/sayloft.lock"));
-    // Only a lock whose process is gone is stale, however old it is.
-    m_lock->setStaleLockTime(0);
-    if (m_lock->tryLock(0))
-        return true;
-    return m_lock->error() != QLockFile::LockFailedError;
+    const bool isOther = !m_lock.tryLock(0) && m_lock.error() == QLockFile::LockFailedError;
+    if (isOther) {
+        activateTheOther();
+        return false;
+    }
+    // Where the lock cannot be written at all, a second copy is the lesser evil.
+    takeName();
+    return true;
+}
+
+void SingleInstance::takeName() {
+    auto bus = sessionBus();
+    if (!bus)
+        return;
+    // The object comes first: whoever sees the name may call it at once.
+    bus->registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
+    bus->interface()->registerService(busName(), QDBusConnectionInterface::DontQueueService,
+                                      QDBusConnectionInterface::DontAllowReplacement);
+}
+
+void SingleInstance::activateTheOther() const {
+    const auto bus = sessionBus();
+    qint64 pid = 0;
+    QString host;
+    QString program;
+    if (!bus || !m_lock.getLockInfo(&pid, &host, &program))
+        return;
+    // The name may belong to the copy of another user on the same bus.
+    const QDBusReply<uint> owner = bus->interface()->servicePid(busName());
+    if (!owner.isValid() || owner.value() != pid)
+        return;
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        busName(), objectPath(), QStringLiteral("org.freedesktop.Application"),
+        QStringLiteral("Activate"));
+    call << QVariantMap();
+    bus->call(call, QDBus::Block, std::chrono::milliseconds(3s).count());
 }
 
 void SingleInstance::Activate(const QVariantMap& /*platformData*/) {

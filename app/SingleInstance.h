@@ -7,12 +7,12 @@
 #include <QVariant>
 
 #include <functional>
-#include <memory>
 
 namespace sayloft {
 
-/// Sees to it that one copy of the program runs per session: through a name on the session bus, or
-/// through a lock file in DATA_DIR where there is no bus. Main thread.
+/// Sees to it that one copy of the program runs per user, which is per home directory: a lock file
+/// in DATA_DIR decides. A second copy finds the first by its name on the session bus, where there
+/// is one, and asks it to come to the front. Main thread.
 class SingleInstance : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -22,7 +22,7 @@ public:
     ~SingleInstance() override;
 
     /// True when this copy is the one. Otherwise the copy that runs has been asked to come to the
-    /// front, where there is a bus to ask over, and this one should end.
+    /// front and this one should end.
     [[nodiscard]] bool claim();
 
     /// Called when another copy was started.
@@ -36,10 +36,10 @@ public Q_SLOTS:
                                      const QVariantMap& platformData);
 
 private:
-    [[nodiscard]] bool claimName();
-    [[nodiscard]] bool claimLockFile();
+    void takeName();
+    void activateTheOther() const;
 
-    std::unique_ptr<QLockFile> m_lock;
+    QLockFile m_lock;
 };
 
 }  // namespace sayloft

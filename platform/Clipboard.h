@@ -29,6 +29,10 @@ struct ClipboardSnapshot {
     bool operator==(const ClipboardSnapshot&) const = default;
 };
 
+/// How long text is to be on the clipboard. Text for one paste is marked, so that clipboard
+/// managers do not record it.
+enum class ClipboardStay { forOnePaste, forGood };
+
 /// The clipboard that a paste key reads. Called on the main thread, which no function blocks; every
 /// callback comes on the main thread and may come before the function returns.
 class Clipboard {
@@ -46,8 +50,8 @@ public:
     /// The clipboard as it is at this call.
     virtual void takeSnapshot(SnapshotTaken taken) = 0;
 
-    /// Replaces the clipboard by plain text, marked so that clipboard managers do not record it.
-    virtual void setText(const QString& text) = 0;
+    /// Replaces the clipboard by plain text.
+    virtual void setText(const QString& text, ClipboardStay stay) = 0;
 
     /// Calls `fetched` once: when the focused application has read the text last set, or after
     /// `deadline`, whichever is first.

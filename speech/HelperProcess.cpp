@@ -8,6 +8,7 @@
 #include <QThread>
 
 #include <chrono>
+#include <utility>
 
 #include <csignal>
 
@@ -23,6 +24,8 @@ QString lastComponent(const QString& path) {
 }
 
 }  // namespace
+
+HelperProcess::HelperProcess(QString pkill) : m_pkill(std::move(pkill)) {}
 
 HelperProcess::~HelperProcess() {
     end();
@@ -61,10 +64,9 @@ void HelperProcess::end() {
     m_process.reset();
 }
 
-void HelperProcess::killStaleServers() {
+void HelperProcess::killStaleServers() const {
     QProcess pkill;
-    pkill.start(QStringLiteral("/usr/bin/pkill"),
-                {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+    pkill.start(m_pkill, {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
     if (!pkill.waitForFinished(patienceMs))
         pkill.kill();
     pkill.waitForFinished(patienceMs);

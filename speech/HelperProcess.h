@@ -13,6 +13,8 @@ namespace sayloft {
 /// since a child dies with the thread that forked it; all functions block that thread.
 class HelperProcess : public QObject {
 public:
+    /// `pkill` is the program that ends processes by name.
+    explicit HelperProcess(QString pkill = QStringLiteral("/usr/bin/pkill"));
     ~HelperProcess() override;
 
     /// Clears away every server of this user, an earlier child included, then launches a new one.
@@ -23,9 +25,10 @@ public:
     void end();
 
 private:
-    static void killStaleServers();
+    void killStaleServers() const;
     void waitForChild();
 
+    QString m_pkill;
     std::unique_ptr<QProcess> m_process;
 };
 

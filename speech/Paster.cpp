@@ -45,6 +45,15 @@ void Paster::paste(const QString& text, PasteOptions options) {
 void Paster::startNext() {
     // A restore of an earlier paste that is still to come would now take this one's text away.
     ++m_generation;
+    m_toRestore.reset();
+    // What counts is the clipboard at the paste: the user may copy something until then.
+    m_keyPoster.whenReady([self = QPointer<Paster>(this)] {
+        if (self)
+            self->saveClipboard();
+    });
+}
+
+void Paster::saveClipboard() {
     if (m_jobs.front().options.keepInClipboard)
         return takeClipboard();
     m_clipboard.takeSnapshot(
@@ -57,7 +66,9 @@ void Paster::startNext() {
 }
 
 void Paster::takeClipboard() {
-    m_clipboard.setText(m_jobs.front().text);
+    const Job& job = m_jobs.front();
+    m_clipboard.setText(job.text, job.options.keepInClipboard ? ClipboardStay::forGood
+                                                              : ClipboardStay::forOnePaste);
     m_keyPoster.postKey(VirtualKey::v, KeyFlag::command, [self = QPointer<Paster>(this)] {
         if (self)
             self->pasteKeyPosted();
@@ -102,11 +113,17 @@ void Paster::restoreLater() {
     const milliseconds afterFetch = std::min<milliseconds>(
         milliseconds(job.fetchedAt) + restoreDelayAfterFetch, longestWaitForFetch);
     const milliseconds due = std::max<milliseconds>(keys + restoreDelay, afterFetch);
+    m_toRestore = std::move(job.before);
     QTimer::singleShot(std::max<milliseconds>(due - now, 0ms), Qt::PreciseTimer, this,
-                       [this, generation = m_generation, before = std::move(*job.before)] {
+                       [this, generation = m_generation] {
                            if (generation == m_generation)
-                               m_clipboard.restore(before);
+                               restoreNow();
                        });
+}
+
+void Paster::restoreNow() {
+    if (const auto before = std::exchange(m_toRestore, std::nullopt))
+        m_clipboard.restore(*before);
 }
 
 }  // namespace sayloft

@@ -31,6 +31,9 @@ public:
     /// To be called when a paste is likely to follow: lets the clipboard be read meanwhile.
     void prepare();
 
+    /// Puts back now what is waiting to be put back: to be called on the way out.
+    void restoreNow();
+
     /// Nothing at all for an empty text. While an earlier paste has not been taken by its target
     /// this one waits for it, so that no target gets another one's text.
     void paste(const QString& text, PasteOptions options);
@@ -45,6 +48,7 @@ private:
     };
 
     void startNext();
+    void saveClipboard();
     void takeClipboard();
     void pasteKeyPosted();
     void textFetched();
@@ -53,8 +57,9 @@ private:
 
     Clipboard& m_clipboard;
     KeyPoster& m_keyPoster;
-    std::deque<Job> m_jobs;          ///< the first one is under way
-    std::uint64_t m_generation = 0;  ///< of the paste that has the clipboard
+    std::deque<Job> m_jobs;                        ///< the first one is under way
+    std::optional<ClipboardSnapshot> m_toRestore;  ///< waits for its time
+    std::uint64_t m_generation = 0;                ///< of the paste that has the clipboard
 };
 
 }  // namespace sayloft

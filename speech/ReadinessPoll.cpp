@@ -5,18 +5,18 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 
-#include <chrono>
 #include <utility>
 
 namespace sayloft {
 
-using namespace std::chrono_literals;
-
 ReadinessPoll::ReadinessPoll(QUrl url, std::function<void()> answered)
-    : m_url(std::move(url)), m_answered(std::move(answered)) {
+    : ReadinessPoll(std::move(url), Schedule(), std::move(answered)) {}
+
+ReadinessPoll::ReadinessPoll(QUrl url, Schedule schedule, std::function<void()> answered)
+    : m_url(std::move(url)), m_schedule(schedule), m_answered(std::move(answered)) {
     m_network.setProxy(QNetworkProxy::NoProxy);
     m_pause.setSingleShot(true);
-    m_pause.setInterval(500ms);
+    m_pause.setInterval(m_schedule.pause);
     connect(&m_pause, &QTimer::timeout, this, &ReadinessPoll::probe);
     probe();
 }
@@ -29,19 +29,17 @@ void ReadinessPoll::probe() {
     QNetworkReply* reply = m_network.get(request);
     // The headers are all that is wanted; a body may be long or never end.
     connect(reply, &QNetworkReply::metaDataChanged, reply, &QNetworkReply::abort);
-    QTimer::singleShot(1s, reply, &QNetworkReply::abort);
+    QTimer::singleShot(m_schedule.timeout, reply, &QNetworkReply::abort);
     connect(reply, &QNetworkReply::finished, this, [this, reply] { probed(*reply); });
 }
 
 void ReadinessPoll::probed(QNetworkReply& reply) {
     reply.deleteLater();
-    constexpr int mostAttempts = 120;
     if (reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid()) {
-        // May destroy this object.
         const auto answered = std::exchange(m_answered, nullptr);
         return answered();
     }
-    if (++m_attempts < mostAttempts)
+    if (++m_attempts < m_schedule.attempts)
         m_pause.start();
 }
 

@@ -6,23 +6,33 @@
 #include <QTimer>
 #include <QUrl>
 
+#include <chrono>
 #include <functional>
 
 class QNetworkReply;
 
 namespace sayloft {
 
-/// Probes the speech server until it answers, whatever its answer. At most 120 probes, half a
-/// second apart, of a second each; then it gives up silently. Main thread, never blocking.
+/// Probes the speech server until it answers, whatever its answer. Gives up silently
+/// after the last probe. Main thread, never blocking.
 class ReadinessPoll : public QObject {
 public:
+    struct Schedule {
+        int attempts = 120;
+        std::chrono::milliseconds pause = std::chrono::milliseconds(500);  ///< between probes
+        std::chrono::milliseconds timeout = std::chrono::seconds(1);       ///< of one probe
+    };
+
+    /// `answered` is called once, and may destroy this object.
     ReadinessPoll(QUrl url, std::function<void()> answered);
+    ReadinessPoll(QUrl url, Schedule schedule, std::function<void()> answered);
 
 private:
     void probe();
     void probed(QNetworkReply& reply);
 
     QUrl m_url;
+    Schedule m_schedule;
     std::function<void()> m_answered;
     QNetworkAccessManager m_network;
     QTimer m_pause;

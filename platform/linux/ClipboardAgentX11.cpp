@@ -32,8 +32,8 @@ void ClipboardAgentX11::takeSnapshot(SnapshotTaken taken) {
     });
 }
 
-void ClipboardAgentX11::setText(const QString& text) {
-    m_text = std::make_shared<const SelectionContent>(textContent(m_atoms, text));
+void ClipboardAgentX11::setText(const QString& text, ClipboardStay stay) {
+    m_text = std::make_shared<const SelectionContent>(textContent(m_atoms, text, stay));
     m_isTextFetched = false;
     m_owner.take(m_text);
 }

@@ -29,7 +29,7 @@ public:
 
     void prepareSnapshot() { m_keeper.prepare(); }
     void takeSnapshot(SnapshotTaken taken);
-    void setText(const QString& text);
+    void setText(const QString& text, ClipboardStay stay);
     void whenTextFetched(Task fetched);
     void restore(const ClipboardSnapshot& snapshot);
     void offerOnPrimary(Task ready);

@@ -129,8 +129,8 @@ void ClipboardX11::takeSnapshot(SnapshotTaken taken) {
         taken);
 }
 
-void ClipboardX11::setText(const QString& text) {
-    m_private->tell([text](ClipboardAgentX11& agent) { agent.setText(text); });
+void ClipboardX11::setText(const QString& text, ClipboardStay stay) {
+    m_private->tell([text, stay](ClipboardAgentX11& agent) { agent.setText(text, stay); });
 }
 
 void ClipboardX11::whenTextFetched(std::chrono::milliseconds deadline, TextFetched fetched) {

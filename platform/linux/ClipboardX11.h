@@ -24,7 +24,7 @@ public:
 
     void prepareSnapshot() override;
     void takeSnapshot(SnapshotTaken taken) override;
-    void setText(const QString& text) override;
+    void setText(const QString& text, ClipboardStay stay) override;
     void whenTextFetched(std::chrono::milliseconds deadline, TextFetched fetched) override;
     void restore(const ClipboardSnapshot& snapshot) override;
     void handOver() override;

@@ -14,7 +14,7 @@
 namespace sayloft {
 namespace {
 
-// The one table of terminals: class part of WM_CLASS, in lower case.
+// The one table of terminals and like-minded editors: class part of WM_CLASS, in lower case.
 constexpr std::array TERMINAL_CLASSES{
     "alacritty",
     "aterm",
@@ -25,12 +25,14 @@ constexpr std::array TERMINAL_CLASSES{
     "contour",
     "cool-retro-term",
     "deepin-terminal",
+    "emacs",
     "eterm",
     "foot",
     "footclient",
     "gnome-terminal",
     "gnome-terminal-server",
     "guake",
+    "gvim",
     "hyper",
     "io.elementary.terminal",
     "kgx",
@@ -119,7 +121,7 @@ bool canAskForClientIds(xcb_connection_t* connection) {
 
 }  // namespace
 
-bool isTerminalClass(const QByteArray& windowClass) {
+bool pastesWithShiftInsert(const QByteArray& windowClass) {
     const QByteArray lower = windowClass.toLower();
     return std::any_of(TERMINAL_CLASSES.begin(), TERMINAL_CLASSES.end(),
                        [&](const char* terminal) { return lower == terminal; });

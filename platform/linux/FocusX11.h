@@ -15,9 +15,9 @@ struct FocusedWindow {
     QByteArray windowClass;                 ///< class part of WM_CLASS; empty when there is none
 };
 
-/// Whether windows of this class are terminals, which paste PRIMARY with Shift+Insert and take
-/// Control+V literally. Case does not count.
-[[nodiscard]] bool isTerminalClass(const QByteArray& windowClass);
+/// Whether windows of this class paste PRIMARY with Shift+Insert and take Control+V for something
+/// else, as terminals do and editors with key bindings of their own. Case does not count.
+[[nodiscard]] bool pastesWithShiftInsert(const QByteArray& windowClass);
 
 /// Answers who has the keyboard focus, over a connection that must outlive it. Every call is a few
 /// round trips to the X server; any one thread. Selects no events.

@@ -56,9 +56,21 @@ void KeyPosterX11::postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted
         startNext();
 }
 
+void KeyPosterX11::whenReady(Posted ready) {
+    if (!std::exchange(m_hasWaited, true))
+        m_sinceStart.start();
+    if (connect() && readKeyMap() && mustWaitForHeldKeys()) {
+        QTimer::singleShot(heldKeysInterval, this,
+                           [this, ready = std::move(ready)] { whenReady(ready); });
+        return;
+    }
+    ready();
+}
+
 void KeyPosterX11::startNext() {
     m_offered = Offer::none;
-    m_sinceStart.start();
+    if (!std::exchange(m_hasWaited, false))
+        m_sinceStart.start();
     if (!connect() || !readKeyMap())
         return finish();
     proceed();
@@ -139,7 +151,7 @@ std::optional<KeyPosterX11::Plan> KeyPosterX11::plan(const Request& request) con
 
 KeyPosterX11::Plan KeyPosterX11::pastePlan() const {
     const FocusX11 focus(m_connection.get());
-    if (isTerminalClass(focus.focused().windowClass))
+    if (pastesWithShiftInsert(focus.focused().windowClass))
         return {.chord = shiftInsert, .offer = Offer::primary};
     const bool hasLatinV = m_map->keyFor(XKB_KEY_v, 0).has_value();
     return {.chord = hasLatinV ? controlV : shiftInsert, .offer = Offer::clipboard};

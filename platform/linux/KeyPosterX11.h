@@ -37,6 +37,7 @@ public:
     /// `watch` must outlive it. A callback of `offer` that comes after its end does nothing.
     KeyPosterX11(ModifierWatch& watch, PasteOffer offer);
 
+    void whenReady(Posted ready) override;
     void postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) override;
     void setMayReleaseHeldKeys(const std::function<bool()>& mayRelease) override;
 
@@ -68,7 +69,8 @@ private:
     PasteOffer m_offer;
     std::function<bool()> m_mayRelease;
     std::deque<Request> m_requests;  ///< the first one is being carried out
-    QElapsedTimer m_sinceStart;      ///< of the first request
+    QElapsedTimer m_sinceStart;      ///< of the first request, or of the wait before it
+    bool m_hasWaited = false;        ///< for the first request, before it came
     Offer m_offered = Offer::none;
     XcbConnection m_connection;
     std::optional<KeyMapX11> m_map;

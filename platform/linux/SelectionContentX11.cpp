@@ -59,7 +59,7 @@ SelectionValue value(AtomsX11& atoms, const char* target, const char* type,
 
 }  // namespace
 
-SelectionContent textContent(AtomsX11& atoms, const QString& text) {
+SelectionContent textContent(AtomsX11& atoms, const QString& text, ClipboardStay stay) {
     const QByteArray utf8 = text.toUtf8();
     SelectionContent content{
         value(atoms, "UTF8_STRING", "UTF8_STRING", utf8),
@@ -72,7 +72,8 @@ SelectionContent textContent(AtomsX11& atoms, const QString& text) {
     } else {
         content.push_back(value(atoms, "TEXT", "UTF8_STRING", utf8));
     }
-    content.push_back(value(atoms, SECRECY_HINT, SECRECY_HINT, "secret"));
+    if (stay == ClipboardStay::forOnePaste)
+        content.push_back(value(atoms, SECRECY_HINT, SECRECY_HINT, "secret"));
     return content;
 }
 

@@ -40,7 +40,8 @@ inline constexpr const char* SECRECY_HINT = "x-kde-passwordManagerHint";
 
 /// Plain text in every type that programs ask for, and the hint not to record it. STRING is offered
 /// where Latin-1, the only encoding it has, can hold the text.
-[[nodiscard]] SelectionContent textContent(AtomsX11& atoms, const QString& text);
+[[nodiscard]] SelectionContent textContent(AtomsX11& atoms, const QString& text,
+                                           ClipboardStay stay);
 
 /// A target that `forms` does not know travels as bytes under its own name or, for the text
 /// targets of the ICCCM, under the type that belongs to it.

@@ -223,7 +223,7 @@ TEST(ClipboardX11WithoutServer, answersEverything) {
         EXPECT_FALSE(snapshot.has_value());
         ++answers;
     });
-    clipboard.setText(QStringLiteral("text"));
+    clipboard.setText(QStringLiteral("text"), ClipboardStay::forOnePaste);
     clipboard.whenOffered([&] { ++answers; });
     clipboard.offerOnPrimary([&] { ++answers; });
     clipboard.whenTextFetched(10s, [&] { ++answers; });

@@ -45,8 +45,8 @@ protected:
         EXPECT_TRUE(waitUntil([&] { return done; }));
     }
 
-    void setText(const QString& text) {
-        clipboard->setText(text);
+    void setText(const QString& text, ClipboardStay stay = ClipboardStay::forOnePaste) {
+        clipboard->setText(text, stay);
         settle();
     }
 

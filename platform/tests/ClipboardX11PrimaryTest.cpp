@@ -170,7 +170,7 @@ TEST_P(RealTerminal, pastesTheTextWithShiftInsertAndIsSeenToFetchIt) {
                                 environment());
     const FocusX11 focus(requestor.connection());
     ASSERT_TRUE(waitUntil([&] { return QFile::exists(up); }, 20s));
-    ASSERT_TRUE(waitUntil([&] { return isTerminalClass(focus.focused().windowClass); }, 20s))
+    ASSERT_TRUE(waitUntil([&] { return pastesWithShiftInsert(focus.focused().windowClass); }, 20s))
         << focus.focused().windowClass.toStdString();
 
     setText(QStringLiteral("größer 🎙\n"));

@@ -22,7 +22,7 @@ struct ClassRow {
 class WindowClass : public testing::TestWithParam<ClassRow> {};
 
 TEST_P(WindowClass, tellsWhetherAWindowIsATerminal) {
-    EXPECT_EQ(isTerminalClass(GetParam().windowClass), GetParam().isTerminal);
+    EXPECT_EQ(pastesWithShiftInsert(GetParam().windowClass), GetParam().isTerminal);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -132,7 +132,7 @@ TEST_F(FocusX11Test, knowsARealTerminal) {
     run(QStringLiteral("xdotool"),
         {QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--class"),
          QStringLiteral("XTerm"), QStringLiteral("windowfocus"), QStringLiteral("--sync")});
-    EXPECT_TRUE(isTerminalClass(focus.focused().windowClass))
+    EXPECT_TRUE(pastesWithShiftInsert(focus.focused().windowClass))
         << focus.focused().windowClass.toStdString();
 }
 

@@ -2,6 +2,7 @@
 #include "speech/ParakeetServer.h"
 
 #include "models/Paths.h"
+#include "speech/HelperProcess.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/RawHttpServer.h"
 #include "tests/support/TempHome.h"
@@ -136,6 +137,12 @@ TEST_F(Server, thatCannotBeLaunchedIsLoggedWithItsReason) {
     EXPECT_GT(m_home.log().trimmed().size(),
               QStringLiteral("parakeet-server failed to start: ").size());
     EXPECT_FALSE(m_server.ready());
+}
+
+TEST_F(Server, isLaunchedAlsoWhereProcessesCannotBeEndedByName) {
+    HelperProcess process(QStringLiteral("/no/such/pkill"));
+    EXPECT_TRUE(process.launch(model("serve")));
+    EXPECT_EQ(runningHelpers().size(), 1U);
 }
 
 TEST_F(Server, startedAgainIsTheOnlyOne) {

@@ -74,7 +74,8 @@ public:
             return taken(now);
         m_answerSnapshot = [taken = std::move(taken), now] { taken(now); };
     }
-    void setText(const QString& text) override {
+    void setText(const QString& text, ClipboardStay stay) override {
+        stays.push_back(stay);
         m_content = plainText(text.toUtf8());
         m_desktop.note("set " + text.toStdString());
     }
@@ -99,6 +100,7 @@ public:
 
     Answer snapshots = Answer::atOnce;
     Answer fetches = Answer::atOnce;
+    std::vector<ClipboardStay> stays;
 
 private:
     Desktop& m_desktop;
@@ -119,13 +121,21 @@ public:
             return posted();
         m_posted = std::move(posted);
     }
+    void whenReady(Posted ready) override {
+        if (!isBusy)
+            return ready();
+        m_ready = std::move(ready);
+    }
     void answer() { std::exchange(m_posted, nullptr)(); }
+    void becomeReady() { std::exchange(m_ready, nullptr)(); }
 
     Answer keys = Answer::atOnce;
+    bool isBusy = false;
 
 private:
     Desktop& m_desktop;
     Posted m_posted;
+    Posted m_ready;
 };
 
 const std::string pasteKey = "key 9 flags " + std::to_string(0x100000);
@@ -170,6 +180,30 @@ TEST_F(PasterTest, leavesTheTextOnTheClipboardWhenItIsToStayThere) {
     test::turnEventLoopFor(500ms);
     EXPECT_THAT(m_desktop.happened(), ElementsAre("set words", pasteKey));
     EXPECT_EQ(m_clipboard.content(), plainText("words"));
+}
+
+TEST_F(PasterTest, marksOnlyATextThatIsToGoAgain) {
+    m_paster.paste(QStringLiteral("words"), {.keepInClipboard = true});
+    m_paster.paste(QStringLiteral("words"), {.keepInClipboard = false});
+    EXPECT_THAT(m_clipboard.stays, ElementsAre(ClipboardStay::forGood, ClipboardStay::forOnePaste));
+}
+
+TEST_F(PasterTest, givesBackOnTheWayOutWhatWaitsForItsTime) {
+    m_paster.paste(QStringLiteral("words"), {});
+    m_paster.restoreNow();
+    EXPECT_EQ(m_clipboard.content(), plainText("before"));
+    m_clipboard.putByUser(plainText("newer"));
+    test::turnEventLoopFor(400ms);
+    EXPECT_EQ(m_clipboard.content(), plainText("newer"));
+}
+
+TEST_F(PasterTest, readsTheClipboardOnlyWhenTheKeysCanBeTyped) {
+    m_keyPoster.isBusy = true;
+    m_paster.paste(QStringLiteral("words"), {});
+    EXPECT_TRUE(m_desktop.events.empty());
+    m_clipboard.putByUser(plainText("copied meanwhile"));
+    m_keyPoster.becomeReady();
+    EXPECT_TRUE(waitFor("restore copied meanwhile"));
 }
 
 TEST_F(PasterTest, bringsAllTypesOfAnItemBackOnOneItem) {

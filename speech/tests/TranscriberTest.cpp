@@ -60,7 +60,7 @@ TEST_F(Transcription, isAskedForByteForByteAsTheServerExpects) {
     ASSERT_EQ(server.requests().size(), 1U);
     const QByteArray request = server.requests().front();
     const qsizetype headerEnd = request.indexOf("\r\n\r\n");
-    const QList<QByteArray> header = request.left(headerEnd).split('\n');
+    const QByteArray host = "127.0.0.1:" + QByteArray::number(server.port());
     const QByteArray body =
         "--SayloftBoundary7MA4YWxkTrZu0gW\r\n"
         "Content-Disposition: form-data; name=\"file\"; filename=\"a.wav\"\r\n"
@@ -69,10 +69,18 @@ TEST_F(Transcription, isAskedForByteForByteAsTheServerExpects) {
         "\r\n--SayloftBoundary7MA4YWxkTrZu0gW\r\n"
         "Content-Disposition: form-data; name=\"response_format\"\r\n\r\n"
         "text\r\n--SayloftBoundary7MA4YWxkTrZu0gW--\r\n";
-    EXPECT_EQ(header.first(), "POST /v1/audio/transcriptions HTTP/1.1\r");
-    EXPECT_TRUE(header.contains(
-        "Content-Type: multipart/form-data; boundary=SayloftBoundary7MA4YWxkTrZu0gW\r"));
-    EXPECT_TRUE(header.contains("Content-Length: " + QByteArray::number(body.size()) + "\r"));
+    EXPECT_EQ(request.left(headerEnd),
+              "POST /v1/audio/transcriptions HTTP/1.1\r\n"
+              "Accept: */*\r\n"
+              "Connection: close\r\n"
+              "Content-Length: " +
+                  QByteArray::number(body.size()) +
+                  "\r\n"
+                  "Content-Type: multipart/form-data; boundary=SayloftBoundary7MA4YWxkTrZu0gW\r\n"
+                  "Host: " +
+                  host +
+                  "\r\n"
+                  "User-Agent: Sayloft");
     EXPECT_EQ(request.mid(headerEnd + 4), body);
 }
 

@@ -59,6 +59,23 @@ INSTANTIATE_TEST_SUITE_P(Signals, ProgramAskedToQuit,
                                          SignalRow{"SIGHUP", SIGHUP}),
                          [](const auto& row) { return row.param.name; });
 
+TEST_F(Program, asksItsHelperToEndAndWaitsForIt) {
+    const QString bundle = m_directory.filePath(QStringLiteral("own/Sayloft.app"));
+    QDir().mkpath(QFileInfo(bundle).path());
+    test::run(QStringLiteral("cp"),
+              {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
+    test::run(QStringLiteral("cp"), {QStringLiteral(SAYLOFT_FOREIGN_HELPER),
+                                     bundle + QStringLiteral("/Contents/Helpers/parakeet-server")});
+    const QString model = home() + QStringLiteral("/.sayloft/models/parakeet-tdt-0.6b-v3-f16.gguf");
+    test::writeFile(model, "serve");
+    test::writeConfig(home(), R"({"model":"multilingual"})");
+    m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment, bundle);
+    ASSERT_TRUE(m_sayloft->waitForHelper());
+    m_sayloft->program().signal(SIGTERM);
+    ASSERT_TRUE(m_sayloft->program().waitForEnd(8s));
+    EXPECT_TRUE(QFile::exists(model + QStringLiteral(".ended")));
+}
+
 TEST_F(Program, neverLeavesItsHelperBehindWhenItIsKilled) {
     startAndWaitForTheHelper();
     m_sayloft->program().signal(SIGKILL);

@@ -215,6 +215,18 @@ TEST_P(PasteInto, leavesTheSelectionOfTheUserAsItWas) {
         [] { return test::pasteWithXclip("UTF8_STRING", "primary") == "selected"; }, 3s));
 }
 
+TEST_P(PasteInto, keepsWhatTheUserCopiesWhileTheChordIsStillHeld) {
+    TargetApplication application(GetParam(), m_server);
+    m_keyboard.press(TestKeyboard::superLeft);
+    m_paster.prepare();
+    m_paster.paste(QStringLiteral("words"), {});
+    test::turnEventLoopFor(200ms);
+    const test::XclipOwner copied({.data = "copied meanwhile", .type = {}});
+    m_keyboard.release(TestKeyboard::superLeft);
+    EXPECT_EQ(application.textOnce(QStringLiteral("words")), QStringLiteral("words"));
+    EXPECT_TRUE(test::waitUntil([] { return clipboardText() == "copied meanwhile"; }, 5s));
+}
+
 TEST_P(PasteInto, staysOnTheClipboardWhenItIsToStayThere) {
     TargetApplication application(GetParam(), m_server);
     m_paster.paste(QStringLiteral("words"), {.keepInClipboard = true});

@@ -53,7 +53,7 @@ class FakeClipboard : public Clipboard {
 public:
     void prepareSnapshot() override {}
     void takeSnapshot(SnapshotTaken taken) override;
-    void setText(const QString& text) override { texts.push_back(text); }
+    void setText(const QString& text, ClipboardStay /*stay*/) override { texts.push_back(text); }
     void whenTextFetched(std::chrono::milliseconds deadline, TextFetched fetched) override;
     void restore(const ClipboardSnapshot& snapshot) override { restored.push_back(snapshot); }
     void handOver() override { handedOver = true; }

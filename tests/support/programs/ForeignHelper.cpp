@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Stands for a speech server that is not ours and behaves as the model file tells it. The file's
 // first word is one of: serve, not-found, exit, print, ignore-term, deaf, slow. A file
-// "<model>.log" gets a line with the process id and the arguments.
+// "<model>.log" gets a line with the process id and the arguments, and "<model>.ended" comes to be
+// when the process is asked to end.
 
 #include <array>
 #include <chrono>
@@ -13,6 +14,7 @@
 #include <thread>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -42,6 +44,13 @@ void serve(std::uint16_t port, const std::string& answer) {
     }
 }
 
+std::string endedFile;
+
+void noteTheEnd(int /*signal*/) {
+    ::close(::open(endedFile.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600));
+    ::_exit(0);
+}
+
 [[noreturn]] void sleepForever() {
     for (;;)
         std::this_thread::sleep_for(1h);
@@ -63,6 +72,8 @@ int main(int argc, char** argv) {
     const std::string found = "HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n\r\nok";
     const std::string notFound =
         "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+    endedFile = model + ".ended";
+    std::signal(SIGTERM, noteTheEnd);
     std::string behaviour;
     std::ifstream(model) >> behaviour;
     if (behaviour == "exit")
