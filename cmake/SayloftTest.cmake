@@ -24,10 +24,17 @@ function(sayloft_test name)
     if(arg_DEPENDS)
         add_dependencies(${name} ${arg_DEPENDS})
     endif()
-    set(properties TIMEOUT ${arg_TIMEOUT})
-    if(arg_LOCKS)
-        list(APPEND properties RESOURCE_LOCK "${arg_LOCKS}")
-    endif()
     gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-        DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES PROPERTIES ${properties})
+        DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES PROPERTIES TIMEOUT ${arg_TIMEOUT})
+    # WORKAROUND: gtest_discover_tests of CMake 3.25 keeps only the first of several locks, so they
+    # are set on its list of tests.
+    if(arg_LOCKS)
+        set(locks "${CMAKE_CURRENT_BINARY_DIR}/${name}_locks.cmake")
+        file(CONFIGURE OUTPUT "${locks}" @ONLY CONTENT [[
+if(@name@_TESTS)
+    set_tests_properties(${@name@_TESTS} PROPERTIES RESOURCE_LOCK "@arg_LOCKS@")
+endif()
+]])
+        set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${locks}")
+    endif()
 endfunction()

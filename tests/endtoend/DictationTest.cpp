@@ -279,6 +279,21 @@ TEST_F(Dictation, keepsWhatWasSaidBeforeTheSoundServerDied) {
     expectWholeSoundInLastRecording();
 }
 
+TEST_F(Dictation, isShorterWhenTheSoundServerIsStartedAnewMeanwhile) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.hold();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.room().kill();
+    m_desk.room().restart();
+    m_desk.waitForSound();
+    m_desk.letGo();
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    m_desk.say();
+    ASSERT_TRUE(m_desk.waitForTranscripts(2));
+    expectInEditor(QStringLiteral("FirstSecond"));
+    expectWholeSoundInLastRecording();
+}
+
 TEST_F(Dictation, ofATapIsAShortRecordingAndTheNextOneWorks) {
     m_desk.startSayloft({RawAnswer::ok("Short"), RawAnswer::ok("Long")});
     for (const TestKeyboard::Key key : DictationDesk::dictate)
