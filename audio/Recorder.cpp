@@ -27,7 +27,9 @@ QString describe(AudioFormat format, bool hasBuiltInMicrophone) {
 Recorder::Recorder(AudioInput& input)
     : m_input(input),
       m_devices(input),
-      m_files(std::make_shared<RecordingFiles>(TEMP_DIR + QStringLiteral("/sayloft_rec.wav"))) {}
+      m_files(std::make_shared<RecordingFiles>(TEMP_DIR + QStringLiteral("/sayloft_rec.wav"))) {
+    m_files->removeStaleSiblings();
+}
 
 Recorder::~Recorder() = default;
 

@@ -18,7 +18,8 @@ namespace sayloft {
 /// 16-bit. One object serves the whole run, one recording at a time. Main thread.
 class Recorder {
 public:
-    /// `input` outlives this object.
+    /// `input` outlives this object. Removes what a crash has left of earlier recordings, so there
+    /// must be no other recorder of this user.
     explicit Recorder(AudioInput& input);
     ~Recorder();
     Recorder(const Recorder&) = delete;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "audio/RecordingFiles.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <utility>
 
@@ -29,6 +31,21 @@ std::unique_ptr<RecordingFiles::Lease> RecordingFiles::lease() {
         ++number;
     m_leased.insert(number);
     return std::make_unique<Lease>(shared_from_this(), number, path(number));
+}
+
+void RecordingFiles::removeStaleSiblings() {
+    const std::lock_guard lock(m_mutex);
+    const QFileInfo main(m_mainFile);
+    const QString prefix = main.completeBaseName() + QLatin1Char('-');
+    const QStringList names = main.dir().entryList({prefix + QStringLiteral("*.wav")}, QDir::Files);
+    for (const QString& name : names) {
+        const int number = name.mid(prefix.size()).chopped(4).toInt();
+        // Only what `path` makes: the number is spelt as it spells it.
+        const QString sibling = path(number);
+        if (number > mainNumber && QFileInfo(sibling).fileName() == name &&
+            !m_leased.contains(number))
+            QFile::remove(sibling);
+    }
 }
 
 QString RecordingFiles::path(int number) const {

@@ -35,6 +35,8 @@ public:
 
     [[nodiscard]] const QString& mainFile() const { return m_mainFile; }
     [[nodiscard]] std::unique_ptr<Lease> lease();
+    /// Removes siblings that a crash has left behind, but none that is in use here.
+    void removeStaleSiblings();
 
 private:
     [[nodiscard]] QString path(int number) const;

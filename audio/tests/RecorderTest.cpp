@@ -218,6 +218,14 @@ TEST_F(TheRecorder, endsItsCaptureWithItself) {
     EXPECT_TRUE(capture().isDestroyed);
 }
 
+TEST_F(TheRecorder, removesWhatACrashHasLeftBehind) {
+    test::writeFile(TEMP_DIR + QStringLiteral("/sayloft_rec.wav"), "the last one");
+    test::writeFile(TEMP_DIR + QStringLiteral("/sayloft_rec-2.wav"), "an overlapping one");
+    const Recorder next(m_input);
+    EXPECT_EQ(QDir(TEMP_DIR).entryList(QDir::Files),
+              QStringList(QStringLiteral("sayloft_rec.wav")));
+}
+
 // Level and boost
 
 TEST_F(TheRecorder, showsTheLevelOfTheRawInputWhileItRecords) {

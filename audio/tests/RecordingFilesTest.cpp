@@ -3,6 +3,7 @@
 
 #include "tests/support/TempHome.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -49,6 +50,21 @@ TEST_F(TheRecordingFiles, leaveOnlyTheMainFileBehind) {
     second.reset();
     EXPECT_EQ(test::readFile(path("sayloft_rec.wav")), "first");
     EXPECT_FALSE(QFileInfo::exists(path("sayloft_rec-2.wav")));
+}
+
+TEST_F(TheRecordingFiles, ofACrashAreRemoved) {
+    const auto main = m_files->lease();
+    const auto inUse = m_files->lease();
+    for (const char* name :
+         {"sayloft_rec.wav", "sayloft_rec-2.wav", "sayloft_rec-3.wav", "sayloft_rec-17.wav",
+          "sayloft_rec-1.wav", "sayloft_rec-03.wav", "sayloft_rec-mine.wav", "other-2.wav"})
+        test::writeFile(path(name), "sound");
+    m_files->removeStaleSiblings();
+    EXPECT_EQ(
+        QDir(m_directory.path()).entryList(QDir::Files, QDir::Name),
+        (QStringList{QStringLiteral("other-2.wav"), QStringLiteral("sayloft_rec-03.wav"),
+                     QStringLiteral("sayloft_rec-1.wav"), QStringLiteral("sayloft_rec-2.wav"),
+                     QStringLiteral("sayloft_rec-mine.wav"), QStringLiteral("sayloft_rec.wav")}));
 }
 
 TEST_F(TheRecordingFiles, neverBelongToTwoWhoeverGivesThemBack) {

@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <atomic>
+#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -222,4 +224,46 @@ TEST(AudioInputPulse, aServerThatRefusesUsDeniesAccess) {
     }
     qunsetenv("PULSE_COOKIE");
     qputenv("PULSE_SERVER", before);
+}
+
+// What was asked on a connection that is closed stays unanswered: an address sanitizer would tell.
+TEST(AudioInputPulse, noAnswerReachesDevicesThatAreGone) {
+    SoundServer server;
+    std::atomic<bool> asked = false;
+    auto devices = std::make_unique<PulseDevices>();
+    PulseConnection connection;
+    connection.open({.ready =
+                         [&](pa_context* context) {
+                             server.freeze();
+                             devices->connected(context);
+                             asked = true;
+                         },
+                     .lost = [&] { devices->disconnected(); }});
+    ASSERT_TRUE(waitUntil([&asked] { return asked.load(); }));
+    connection.close();
+    EXPECT_TRUE(devices->sources().empty());
+    devices.reset();
+    server.thaw();
+    const AudioInputPulse next;
+    EXPECT_TRUE(waitUntil([&next] { return next.devices().size() == 2; }));
+}
+
+// As above, but the server dies with the questions and the next one is asked afresh.
+TEST(AudioInputPulse, anAnswerThatNeverComesIsNotWaitedForAfterwards) {
+    SoundServer server;
+    std::atomic<int> connections = 0;
+    PulseDevices devices;
+    PulseConnection connection;
+    connection.open({.ready =
+                         [&](pa_context* context) {
+                             if (connections++ == 0)
+                                 server.freeze();
+                             devices.connected(context);
+                         },
+                     .lost = [&] { devices.disconnected(); }});
+    ASSERT_TRUE(waitUntil([&connections] { return connections == 1; }));
+    server.kill();
+    server.restart();
+    EXPECT_TRUE(waitUntil([&devices] { return devices.sources().size() == 2; }));
+    EXPECT_EQ(connections, 2);
 }

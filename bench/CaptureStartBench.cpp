@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+// How long it takes from the chord to the first captured sample, against parec starting cold:
+// ours from Recorder::start() to the first fragment in the program, parec's from the start of the
+// process to its first byte of output. All take turns on one private server.
+#include "audio/Recorder.h"
+#include "platform/linux/AudioInputPulse.h"
+#include "tests/support/ChildProgram.h"
+#include "tests/support/SoundServer.h"
+#include "tests/support/TempHome.h"
+#include "tests/support/WaitUntil.h"
+#include "tests/support/WatchedAudioInput.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdio>
+#include <stdexcept>
+#include <vector>
+
+namespace sayloft {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int rounds = 20;
+
+double milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+double startRecorder(Recorder& recorder, const test::WatchedAudioInput& input) {
+    const auto begin = Clock::now();
+    recorder.start();
+    if (!test::waitUntil([&input] { return input.firstSample().has_value(); }))
+        throw std::runtime_error("the recorder hears nothing");
+    const double wait = milliseconds(*input.firstSample() - begin);
+    recorder.stop()->waitUntilFinished();
+    return wait;
+}
+
+double startParec(QStringList arguments) {
+    arguments << QStringLiteral("--device=builtin") << QStringLiteral("--rate=16000")
+              << QStringLiteral("--channels=1") << QStringLiteral("--format=s16le");
+    const auto begin = Clock::now();
+    test::ChildProgram parec(QStringLiteral("parec"), arguments);
+    if (!parec.process().waitForReadyRead(10000))
+        throw std::runtime_error("parec hears nothing");
+    return milliseconds(Clock::now() - begin);
+}
+
+void print(const char* name, std::vector<double> waits) {
+    std::ranges::sort(waits);
+    const std::size_t half = waits.size() / 2;
+    std::printf("%-44s median %7.1f ms   range %7.1f to %7.1f ms   %zu runs\n", name,
+                (waits[half - 1] + waits[half]) / 2, waits.front(), waits.back(), waits.size());
+}
+
+void compare() {
+    const test::TempHome home;
+    const test::SoundServer server;
+    AudioInputPulse pulse;
+    test::WatchedAudioInput input(pulse);
+    input.framesPerBuffer = 16;
+    Recorder recorder(input);
+    if (!test::waitUntil([&pulse] { return !pulse.devices().empty(); }))
+        throw std::runtime_error("there is no microphone");
+
+    std::vector<double> ours;
+    std::vector<double> lowLatency;
+    std::vector<double> asItIs;
+    for (int round = 0; round < rounds; ++round) {
+        ours.push_back(startRecorder(recorder, input));
+        lowLatency.push_back(startParec({QStringLiteral("--latency-msec=20")}));
+        asItIs.push_back(startParec({}));
+    }
+    print("chord down to first sample: Sayloft", ours);
+    print("first sample: parec --latency-msec=20, cold", lowLatency);
+    print("first sample: parec, cold", asItIs);
+}
+
+}  // namespace
+}  // namespace sayloft
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    try {
+        sayloft::compare();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
