@@ -81,9 +81,14 @@ struct Times {
     std::vector<double> untilAnswer;
     std::vector<double> untilClipboard;
     std::vector<double> untilKey;
+    int keysTooEarly = 0;  ///< paste keys that came while the clipboard still held what was before
 
     void add(Clock::time_point start, InstantBundle::Request request, Clock::time_point clipboard,
              Clock::time_point key) {
+        if (clipboard < request.arrived) {
+            ++keysTooEarly;
+            clipboard = key;
+        }
         whole.push_back(milliseconds(key - start));
         untilRequest.push_back(milliseconds(request.arrived - start));
         untilAnswer.push_back(milliseconds(request.answered - request.arrived));
@@ -175,6 +180,8 @@ void report(const Times& ours, const Times& theirs) {
     printStep("snapshot, until the clipboard is taken", ours.untilClipboard, theirs.untilClipboard);
     printStep("until the paste key arrives", ours.untilKey, theirs.untilKey);
     printStep("all of it", ours.whole, theirs.whole);
+    std::printf("  %-44s %28d %28d\n", "paste keys before the clipboard was taken",
+                ours.keysTooEarly, theirs.keysTooEarly);
     std::printf(
         "Sayloft's first step contains the 100 ms for which the recording runs on after the\n"
         "release; by hand, it is the start of a shell and of curl with a finished recording, and\n"

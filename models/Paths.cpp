@@ -18,7 +18,7 @@ QString TEMP_DIR;
 namespace {
 
 QString serverBinary() {
-    const QString bundled = BUNDLE_DIR + QStringLiteral("/Contents/Helpers/parakeet-server");
+    QString bundled = BUNDLE_DIR + QStringLiteral("/Contents/Helpers/parakeet-server");
     if (QFileInfo::exists(bundled))
         return bundled;
     return ROOT_DIR + QStringLiteral("/parakeet.cpp/build/examples/server/parakeet-server");

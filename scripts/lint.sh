@@ -3,4 +3,4 @@
 # Static checks: clang-tidy on every file of ours that is compiled. Usage: lint.sh <build directory>
 set -eu
 
-git ls-files '*.cpp' | xargs -P "$(nproc)" -n 4 clang-tidy -p "$1" --quiet
+git ls-files '*.cpp' | xargs -P "$(nproc)" -n 1 clang-tidy -p "$1" --quiet
