@@ -61,8 +61,9 @@ struct AudioCaptureResult {
     QString error;
 };
 
-/// The system's audio devices and the capture from one of them. Main thread only, never blocking:
-/// answers come from a picture of the devices that the backend keeps up to date.
+/// The system's audio devices and the capture from one of them. Main thread only. Answers come from
+/// a picture of the devices that the backend keeps up to date, so they do not block, but for the
+/// very first, which may wait about 0.1 s for that picture.
 class AudioInput {
 public:
     /// Whether the system lets us record.

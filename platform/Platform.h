@@ -27,8 +27,8 @@ struct Platform {
     std::unique_ptr<KeyPoster> keyPoster;
 };
 
-/// The services of the system that the program runs on; a service that this system does not have is
-/// one that says so in the log and does nothing. Main thread, after the application object exists.
+/// The services of the system that the program runs on. Main thread, after the application object
+/// exists.
 [[nodiscard]] Platform loadPlatform();
 
 }  // namespace sayloft

@@ -24,8 +24,9 @@ fail() {
 clean_up() {
     # The last started is the first ended: programs before their servers.
     for ((i = ${#children[@]} - 1; i >= 0; i--)); do
+        timeout --signal=KILL 8 tail --pid="${children[i]}" -f /dev/null &
         kill "${children[i]}" 2>/dev/null || true
-        wait "${children[i]}" 2>/dev/null || true
+        wait $! 2>/dev/null || kill -KILL "${children[i]}" 2>/dev/null || true
     done
     rm -rf "$room"
 }
@@ -50,6 +51,9 @@ start() {
 picture() { import -window root "$pictures/$1"; }
 
 logged() { grep -q "$1" "$HOME/.sayloft/sayloft.log"; }
+
+# A stranger at the port would not do.
+helper_answers() { pgrep -x parakeet-server && curl -s -o /dev/null http://127.0.0.1:8090/; }
 
 window_manager_is_up() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }
 
@@ -98,7 +102,7 @@ step "Sayloft"
 "$here/first-config.sh" "$bundle"
 start "$bundle/Contents/bin/sayloft"
 until_true 20 "Sayloft to watch the keys" logged "event tap installed OK"
-until_true 30 "the speech helper" curl -s -o /dev/null http://127.0.0.1:8090/
+until_true 30 "the speech helper" helper_answers
 
 step "Shift+Super down"
 flite -voice rms -t "$sentence" -o "$room/sentence.wav"
