@@ -131,7 +131,8 @@ void runBench() {
     }
     rows.push_back({"all of it", length, {}, {}});
     const test::StarterServer server;
-    static_cast<void>(server.transcribe(test::wavOf(samples.front())));
+    // Not the first one: the server answers the last recording a second time without decoding.
+    static_cast<void>(server.transcribe(test::wavOf(samples.back())));
     for (int round = 0; round < rounds; ++round)
         runRound(server, samples, rows);
     print(rows);

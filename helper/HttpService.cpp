@@ -148,7 +148,7 @@ Result<std::monostate> HttpService::bind(std::uint16_t port) {
 }
 
 void HttpService::serve(Recognise recognise) {
-    m_recognise = std::move(recognise);
+    m_desk.emplace(std::move(recognise));
     listen_after_bind();
 }
 
@@ -170,6 +170,8 @@ void HttpService::converse(RequestStream& stream) {
         bool closed = true;
         process_request(stream, true, closed, [&stream](Request& request) {
             keepToThePlainRequest(request);
+            // The library's servers leave this one to us; a handler sees nothing of its connection.
+            request.progress = [&stream](auto, auto) { return stream.isClientThere(); };
             stream.beginBody();
         });
         if (stream.hasAnswered() || !stream.hasReceived())
@@ -228,24 +230,30 @@ Result<std::string> HttpService::readBody(const Request& request,
 }
 
 void HttpService::transcribe(const Request& request, Response& response,
-                             const httplib::ContentReader& reader) const {
+                             const httplib::ContentReader& reader) {
     const std::string contentType = request.get_header_value("Content-Type");
     if (!isMultipartFormData(contentType))
         return refuse(response, {"the request is not multipart/form-data"});
-    const Result<std::string> body = readBody(request, reader);
+    Result<std::string> body = readBody(request, reader);
     if (const auto* problem = std::get_if<Problem>(&body))
         return refuse(response, *problem);
-    const Result<Question> question = readQuestion(contentType, std::get<std::string>(body));
+    Result<Question> question = readQuestion(contentType, std::get<std::string>(body));
     if (const auto* problem = std::get_if<Problem>(&question))
         return refuse(response, *problem);
 
-    const auto& [samples, format] = std::get<Question>(question);
-    const std::string transcript = m_recognise(samples);
+    body = std::string();  // what waits in line should not take twice its memory
+    auto& [samples, format] = std::get<Question>(question);
+    const std::optional<std::string> transcript =
+        m_desk->transcribe(std::move(samples), [&request] { return request.progress(0, 0); });
+    if (!transcript) {
+        response.status = 503;
+        return;
+    }
     response.status = 200;
     if (format == AnswerFormat::Text)
-        response.set_content(transcript, plainText);
+        response.set_content(*transcript, plainText);
     else
-        response.set_content(asJson(transcript), "application/json");
+        response.set_content(asJson(*transcript), "application/json");
 }
 
 }  // namespace sayloft::helper

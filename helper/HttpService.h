@@ -2,11 +2,11 @@
 #pragma once
 
 #include "helper/Problem.h"
+#include "helper/RecognitionDesk.h"
 #include "helper/RequestStream.h"
-#include "helper/WavUpload.h"
 
 #include <cstdint>
-#include <functional>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -17,11 +17,11 @@ namespace sayloft::helper {
 /// The HTTP side: `GET /` answers that the server is there, `POST /v1/audio/transcriptions` takes a
 /// form with `file` (a WAV file) and `response_format` (`text`, or `json`, which is also what is
 /// meant when it is missing) and answers with the transcript. Everything malformed gets 400 and one
-/// line that says why. Listens on 127.0.0.1 only; every connection carries one request.
+/// line that says why. A client that leaves, or ends its side, before its turn has come gets
+/// nothing more than 503. Listens on 127.0.0.1 only; every connection carries one request.
 class HttpService : private httplib::Server {
 public:
-    /// Called on any of the service's threads, several at a time.
-    using Recognise = std::function<std::string(const Samples&)>;
+    using Recognise = RecognitionDesk::Recognise;
 
     explicit HttpService(const RequestLimits& limits = {});
 
@@ -42,12 +42,12 @@ private:
     /// What can be told from the head alone, before any of the body is read.
     [[nodiscard]] Result<std::monostate> checkHead(const Request& request) const;
     void transcribe(const Request& request, Response& response,
-                    const httplib::ContentReader& reader) const;
+                    const httplib::ContentReader& reader);
     [[nodiscard]] Result<std::string> readBody(const Request& request,
                                                const httplib::ContentReader& reader) const;
 
     RequestLimits m_limits;
-    Recognise m_recognise;
+    std::optional<RecognitionDesk> m_desk;  ///< there while serving
 };
 
 }  // namespace sayloft::helper

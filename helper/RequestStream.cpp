@@ -93,6 +93,12 @@ void RequestStream::beginBody() {
     m_budget = m_limits.bodyBytes + framingBytes;
 }
 
+// Not by looking at the next byte: one that a client sends too many would hide that it left.
+bool RequestStream::isClientThere() const {
+    pollfd entry{m_connection, POLLRDHUP, 0};
+    return ::poll(&entry, 1, 0) == 0;
+}
+
 void RequestStream::finish() {
     m_deadline = Clock::now() + m_limits.lingerTime;
     ::shutdown(m_connection, SHUT_WR);

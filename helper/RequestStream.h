@@ -45,6 +45,10 @@ public:
     [[nodiscard]] bool hasReceived() const { return m_received > 0; }
     [[nodiscard]] bool hasAnswered() const { return m_answered; }
 
+    /// False once the client has closed the connection or ended its side of it, which look alike
+    /// from here. Does not wait.
+    [[nodiscard]] bool isClientThere() const;
+
     /// Ends our side and reads away what the client still sends, for a while: closing with unread
     /// bytes would reset the connection and take the answer away from the client.
     void finish();

@@ -25,7 +25,7 @@ int fail(Problem problem) {
     return EXIT_FAILURE;
 }
 
-// Nothing is kept beyond a request, so nothing has to be put in order, not even while decoding.
+// Nothing is kept outside our memory, so nothing has to be put in order, not even while decoding.
 void endAtOnce(int /*signal*/) {
     ::_exit(EXIT_SUCCESS);
 }

@@ -4,13 +4,17 @@
 #include "helper/tests/SpeechSamples.h"
 #include "helper/tests/WordErrors.h"
 #include "tests/support/RawHttp.h"
+#include "tests/support/TempHome.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <cstdio>
 #include <random>
 #include <thread>
+
+#include <unistd.h>
 
 namespace sayloft::helper {
 namespace {
@@ -89,6 +93,38 @@ TEST_F(StarterRecognition, answersFiftyClientsAtOnceEachWithItsOwnWords) {
     }
     clients.clear();
     EXPECT_EQ(right, 50);
+}
+
+// Seconds that the server has computed so far, as /proc/<pid>/stat gives them (proc(5)).
+double processorTime(const test::StarterServer& server) {
+    const QByteArray stat =
+        sayloft::test::readFile(QStringLiteral("/proc/%1/stat").arg(server.program().pid()));
+    const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
+    return (fields[11].toDouble() + fields[12].toDouble()) /
+           static_cast<double>(::sysconf(_SC_CLK_TCK));
+}
+
+TEST_F(StarterRecognition, decodesOnceForAClientThatLeavesAndComesBack) {
+    const SpeechSample speech = test::speak(
+        m_directory,
+        "the weather is nice today and i would like a cup of coffee before the train leaves the "
+        "station in twenty minutes and we will meet again tomorrow morning after the report");
+    const std::string wav = test::wavOf(speech);
+    const test::StarterServer calm;
+    const double before = processorTime(calm);
+    const std::string expected = calm.transcribe(wav);
+    const double once = processorTime(calm) - before;
+    ASSERT_FALSE(expected.empty());
+
+    const test::StarterServer server;
+    const double start = processorTime(server);
+    {
+        sayloft::test::RawConnection impatient(server.port());
+        impatient.send(test::postOf(test::appForm(wav)));
+        ASSERT_FALSE(impatient.waitForBytes("HTTP/1.1 ", std::chrono::milliseconds(300)));
+    }
+    EXPECT_EQ(server.transcribe(wav), expected);
+    EXPECT_LT(processorTime(server) - start, 1.6 * once);
 }
 
 TEST_F(StarterRecognition, hearsNothingInSilenceOfAnyLength) {
