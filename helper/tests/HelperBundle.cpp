@@ -17,6 +17,13 @@ namespace sayloft::helper::test {
 
 using namespace std::chrono_literals;
 
+void expectFailure(const Ending& ending, const QString& line) {
+    EXPECT_EQ(ending.exitCode, 1);
+    EXPECT_EQ(ending.standardOutput.toStdString(), "");
+    EXPECT_EQ(ending.standardError.toStdString(),
+              (QStringLiteral("parakeet-server: ") + line + QLatin1Char('\n')).toStdString());
+}
+
 void installProgram(const QString& program, const QString& place) {
     QDir().mkpath(QFileInfo(place).path());
     if (!QFile::copy(program, place))

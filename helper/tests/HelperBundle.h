@@ -19,6 +19,9 @@ struct Ending {
     QString standardError;
 };
 
+/// Expects that the helper has failed and said so in this one line, without its name in front.
+void expectFailure(const Ending& ending, const QString& line);
+
 /// A bundle with the real helper and the starter model, copied to a directory of its own.
 class HelperBundle {
 public:
