@@ -19,7 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr qsizetype largestAnswer = 16 * 1024 * 1024;
+constexpr qsizetype largestAnswer = qsizetype{16} * 1024 * 1024;
 
 QByteArray multipartBody(const QByteArray& wav) {
     return "--SayloftBoundary7MA4YWxkTrZu0gW\r\n"
