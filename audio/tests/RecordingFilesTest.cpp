@@ -68,9 +68,11 @@ TEST_F(TheRecordingFiles, ofACrashAreRemoved) {
 }
 
 TEST_F(TheRecordingFiles, neverBelongToTwoWhoeverGivesThemBack) {
+    constexpr int threadCount = 4;
     std::vector<std::jthread> threads;
+    threads.reserve(threadCount);
     std::atomic<int> lost = 0;
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < threadCount; ++i) {
         threads.emplace_back([&, i] {
             for (int round = 0; round < 200; ++round) {
                 const auto lease = m_files->lease();
