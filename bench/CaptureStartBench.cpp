@@ -3,6 +3,7 @@
 // ours from Recorder::start() to the first fragment in the program, parec's from the start of the
 // process to its first byte of output. All take turns on one private server.
 #include "audio/Recorder.h"
+#include "bench/Result.h"
 #include "platform/linux/AudioInputPulse.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/SoundServer.h"
@@ -12,9 +13,9 @@
 
 #include <QCoreApplication>
 
-#include <algorithm>
 #include <cstdio>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace sayloft {
@@ -22,7 +23,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int rounds = 20;
+constexpr int rounds = 21;
 
 double milliseconds(Clock::duration duration) {
     return std::chrono::duration<double, std::milli>(duration).count();
@@ -48,13 +49,6 @@ double startParec(QStringList arguments) {
     return milliseconds(Clock::now() - begin);
 }
 
-void print(const char* name, std::vector<double> waits) {
-    std::ranges::sort(waits);
-    const std::size_t half = waits.size() / 2;
-    std::printf("%-44s median %7.1f ms   range %7.1f to %7.1f ms   %zu runs\n", name,
-                (waits[half - 1] + waits[half]) / 2, waits.front(), waits.back(), waits.size());
-}
-
 void compare() {
     const test::TempHome home;
     const test::SoundServer server;
@@ -68,14 +62,30 @@ void compare() {
     std::vector<double> ours;
     std::vector<double> lowLatency;
     std::vector<double> asItIs;
+    // Who follows whom matters to the server, so each takes every place in the order.
     for (int round = 0; round < rounds; ++round) {
-        ours.push_back(startRecorder(recorder, input));
-        lowLatency.push_back(startParec({QStringLiteral("--latency-msec=20")}));
-        asItIs.push_back(startParec({}));
+        for (int turn = 0; turn < 3; ++turn) {
+            switch ((round + turn) % 3) {
+                case 0:
+                    ours.push_back(startRecorder(recorder, input));
+                    break;
+                case 1:
+                    lowLatency.push_back(startParec({QStringLiteral("--latency-msec=20")}));
+                    break;
+                default:
+                    asItIs.push_back(startParec({}));
+            }
+        }
     }
-    print("chord down to first sample: Sayloft", ours);
-    print("first sample: parec --latency-msec=20, cold", lowLatency);
-    print("first sample: parec, cold", asItIs);
+    const std::string name = "chord down to first sample";
+    bench::print({.name = name,
+                  .value = bench::describeMilliseconds(ours),
+                  .peer = "parec --latency-msec=20, cold",
+                  .peerValue = bench::describeMilliseconds(lowLatency)});
+    bench::print({.name = name,
+                  .value = bench::describeMilliseconds(ours),
+                  .peer = "parec, cold",
+                  .peerValue = bench::describeMilliseconds(asItIs)});
 }
 
 }  // namespace

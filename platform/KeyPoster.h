@@ -22,7 +22,7 @@ public:
     /// Some platforms can type only once the user has let go of the modifier keys: calls `ready`
     /// when the next `postKey` need not wait for that, so that what belongs right before it can be
     /// done.
-    virtual void whenReady(Posted ready) { ready(); }
+    virtual void whenReady(const Posted& ready) { ready(); }
 
     /// Posts one key-down and one key-up that carry exactly `flags` (see KeyFlag), whatever the
     /// user holds at that moment. V with the command flag is the platform's own way to paste, which

@@ -56,12 +56,11 @@ void KeyPosterX11::postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted
         startNext();
 }
 
-void KeyPosterX11::whenReady(Posted ready) {
+void KeyPosterX11::whenReady(const Posted& ready) {
     if (!std::exchange(m_hasWaited, true))
         m_sinceStart.start();
     if (connect() && readKeyMap() && mustWaitForHeldKeys()) {
-        QTimer::singleShot(heldKeysInterval, this,
-                           [this, ready = std::move(ready)] { whenReady(ready); });
+        QTimer::singleShot(heldKeysInterval, this, [this, ready] { whenReady(ready); });
         return;
     }
     ready();

@@ -37,7 +37,7 @@ public:
     /// `watch` must outlive it. A callback of `offer` that comes after its end does nothing.
     KeyPosterX11(ModifierWatch& watch, PasteOffer offer);
 
-    void whenReady(Posted ready) override;
+    void whenReady(const Posted& ready) override;
     void postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted posted) override;
     void setMayReleaseHeldKeys(const std::function<bool()>& mayRelease) override;
 

@@ -121,10 +121,10 @@ public:
             return posted();
         m_posted = std::move(posted);
     }
-    void whenReady(Posted ready) override {
+    void whenReady(const Posted& ready) override {
         if (!isBusy)
             return ready();
-        m_ready = std::move(ready);
+        m_ready = ready;
     }
     void answer() { std::exchange(m_posted, nullptr)(); }
     void becomeReady() { std::exchange(m_ready, nullptr)(); }
