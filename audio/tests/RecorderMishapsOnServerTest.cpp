@@ -143,6 +143,7 @@ TEST_F(TheRecorderInTrouble, waitsForAServerThatIsNotThere) {
 // only when the stream is already on its way.
 TEST_F(TheRecorderInTrouble, tellsWhyTheServerRefusedItsStream) {
     std::vector<std::unique_ptr<AudioCapture>> others;
+    others.reserve(256);
     for (int i = 0; i < 256; ++i) {
         others.push_back(pulse
                              .startCapture({.device = InputDevices(pulse).builtInInputDeviceID(),

@@ -50,7 +50,7 @@ protected:
     const QString m_wav = m_directory.filePath(QStringLiteral("sayloft_rec.wav"));
     // Everything that could upset a careless encoder.
     const QByteArray m_audio =
-        QByteArray("RIFF\0\r\n\xff\xfe--SayloftBoundary", 28) + QByteArray(70000, '\x80');
+        QByteArrayLiteral("RIFF\0\r\n\xff\xfe--SayloftBoundary") + QByteArray(70000, '\x80');
 };
 
 TEST_F(Transcription, isAskedForByteForByteAsTheServerExpects) {
