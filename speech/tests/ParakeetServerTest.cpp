@@ -72,8 +72,8 @@ protected:
     }
 
     QString model(const QByteArray& behaviour) {
-        const QString path = DOWNLOAD_MODELS_DIR + QLatin1Char('/') +
-                             QString::fromLatin1(behaviour) + QStringLiteral(".gguf");
+        QString path = DOWNLOAD_MODELS_DIR + QLatin1Char('/') + QString::fromLatin1(behaviour) +
+                       QStringLiteral(".gguf");
         test::writeFile(path, behaviour);
         return path;
     }

@@ -193,8 +193,8 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST_F(Transcription, ofEndlessLengthIsCutOff) {
-    RawHttpServer server(
-        {RawAnswer{.bytes = "HTTP/1.1 200 OK\r\n\r\n" + QByteArray(40 * 1024 * 1024, 'a')}});
+    RawHttpServer server({RawAnswer{.bytes = "HTTP/1.1 200 OK\r\n\r\n" +
+                                             QByteArray(qsizetype{40} * 1024 * 1024, 'a')}});
     EXPECT_FALSE(transcribe(urlOf(server), m_wav, {.attempts = 1, .pause = 0ms, .timeout = 20s}));
 }
 
@@ -221,6 +221,7 @@ TEST_F(Transcription, ofSeveralRecordingsRunsSideBySide) {
     RawHttpServer server({RawAnswer::ok("one")});
     const Transcriber transcriber(urlOf(server), {});
     std::vector<std::future<std::optional<QString>>> results;
+    results.reserve(8);
     for (int i = 0; i < 8; ++i)
         results.push_back(
             std::async(std::launch::async, [&] { return transcriber.transcribe(m_wav); }));

@@ -61,6 +61,7 @@ TEST_F(Log, keepsEveryLineWholeWhenManyThreadsWrite) {
     constexpr int linesEach = 200;
     logf(QStringLiteral("start"));
     std::vector<std::jthread> writers;
+    writers.reserve(threads);
     for (int i = 0; i < threads; ++i) {
         writers.emplace_back([i] {
             for (int line = 0; line < linesEach; ++line)

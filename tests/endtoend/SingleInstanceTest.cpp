@@ -133,6 +133,7 @@ TEST_F(WithoutASessionBus, aLockThatADeadProcessLeftBehindDoesNotBlock) {
 
 TEST_F(WithASessionBus, twentyStartsAtOnceLeaveExactlyOne) {
     std::vector<std::unique_ptr<test::SayloftProgram>> starts;
+    starts.reserve(20);
     for (int i = 0; i < 20; ++i)
         starts.push_back(startAnother());
     const auto running = [&] {
