@@ -1,19 +1,26 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegate.h"
 
+#include "app/CapturedChords.h"
+#include "app/StatusMenu.h"
 #include "models/ModelCatalogue.h"
 #include "platform/AudioInput.h"
 #include "platform/Clipboard.h"
 #include "platform/KeyPoster.h"
 #include "platform/ModifierWatch.h"
+#include "platform/Notifier.h"
 #include "platform/PrivacySettings.h"
 #include "platform/SystemSounds.h"
+#include "platform/TrayItem.h"
 #include "storage/Log.h"
+#include "updates/Updater.h"
 
 #include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFileInfo>
 #include <QTimer>
+#include <QUrl>
 
-#include <algorithm>
 #include <utility>
 
 namespace sayloft {
@@ -33,6 +40,7 @@ AppDelegate::AppDelegate(Platform platform)
     : cfg(Config::load()),
       m_platform(std::move(platform)),
       m_permissions(*m_platform.audioInput, *m_platform.privacy),
+      m_troubles(*m_platform.notifier, *m_platform.audioInput, *m_platform.trayItem),
       m_recorder(*m_platform.audioInput),
       m_paster(*m_platform.clipboard, *m_platform.keyPoster),
       m_session({.cfg = cfg,
@@ -42,6 +50,12 @@ AppDelegate::AppDelegate(Platform platform)
                  .history = m_history,
                  .sounds = *m_platform.sounds},
                 *this) {
+    statusItem = makeStatusItem();
+    m_troubles.onReason = [this] {
+        if (statusItem)
+            statusItem->setReason(m_troubles.reason());
+    };
+    m_troubles.onRemedy = [this](Trouble trouble) { help(trouble); };
     m_platform.keyPoster->setMayReleaseHeldKeys(
         [this] { return !m_session.running().isRecording; });
 }
@@ -55,15 +69,19 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_recorder.deviceUID = cfg.inputDeviceUID;
     m_recorder.boost = cfg.boostMic;
     m_parakeet.onReady = [this] { setState(IconState::ready); };
-    m_parakeet.start(modelPath(modelInfo(cfg.model).file));
+    m_parakeet.onGone = [this] { m_troubles.serverGone(); };
+    const QString model = modelPath(modelInfo(cfg.model).file);
+    m_troubles.serverStarts(model);
+    m_parakeet.start(model);
     checkPermissions();
     installEventTap();
     openOnboardingIfNeeded();
+    m_troubles.launched();
 }
 
 void AppDelegate::applicationWillTerminate() {
     m_parakeet.stop();
-    m_paster.restoreNow();
+    m_paster.restoreForGood();
     m_platform.clipboard->handOver();
 }
 
@@ -74,7 +92,9 @@ void AppDelegate::activate() {
 
 void AppDelegate::restartServer() {
     setState(IconState::warming);
-    m_parakeet.restart(modelPath(modelInfo(cfg.model).file));
+    const QString model = modelPath(modelInfo(cfg.model).file);
+    m_troubles.serverStarts(model);
+    m_parakeet.restart(model);
 }
 
 void AppDelegate::checkPermissions() {
@@ -88,6 +108,32 @@ void AppDelegate::quit() {
     QCoreApplication::quit();
 }
 
+void AppDelegate::copyHistoryItem(const QString& transcript) {
+    m_paster.copy(transcript);
+}
+
+void AppDelegate::clearHistory() {
+    m_history.clear();
+    buildMenu();
+}
+
+// As long as there is no window, the file.
+void AppDelegate::openSettings() {
+    if (windows) {
+        windows->openSettings();
+        return;
+    }
+    if (!QFileInfo::exists(Config::url()))
+        cfg.save();
+    QDesktopServices::openUrl(QUrl::fromLocalFile(Config::url()));
+}
+
+void AppDelegate::checkForUpdates() {
+    if (!m_updater)
+        m_updater = std::make_unique<Updater>(builtInUpdateSource());
+    m_updater->checkForUpdates();
+}
+
 void AppDelegate::process(Mods held) {
     const ChordAction action =
         m_chords.process(held, m_session.running(), {cfg.dictateChords, cfg.dictateEnterChords});
@@ -95,6 +141,7 @@ void AppDelegate::process(Mods held) {
                    [](std::monostate) {},
                    [this](const BeginDictation& begin) {
                        m_session.beginRecording(begin.pressEnter, begin.chord);
+                       m_troubles.dictationBegins();
                    },
                    [this](EndDictation) { m_session.endRecording(); },
                    [this](const ChordCaptured& captured) { storeCapturedChord(captured); },
@@ -124,9 +171,21 @@ void AppDelegate::buildMenu() {
         statusItem->buildMenu();
 }
 
+std::unique_ptr<StatusItem> AppDelegate::makeStatusItem() {
+    return std::make_unique<StatusMenu>(
+        *m_platform.trayItem, cfg, m_history,
+        StatusMenuActions{
+            .copyHistoryItem = [this](const QString& transcript) { copyHistoryItem(transcript); },
+            .clearHistory = [this] { clearHistory(); },
+            .openSettings = [this] { openSettings(); },
+            .checkForUpdates = [this] { checkForUpdates(); },
+            .quit = [this] { quit(); }});
+}
+
 void AppDelegate::installEventTap() {
     const bool installed = m_platform.modifierWatch->start(
         [this](std::uint64_t flags) { process(Mods::fromFlags(flags)); });
+    m_troubles.keysWatched(installed && m_permissions.accessibilityGranted());
     logf(installed ? QStringLiteral("event tap installed OK")
                    : QStringLiteral("EVENT TAP FAILED — grant Accessibility to Sayloft"));
 }
@@ -145,10 +204,17 @@ void AppDelegate::openOnboardingIfNeeded() {
         windows->openOnboarding();
 }
 
+void AppDelegate::help(Trouble trouble) {
+    if (trouble == Trouble::keysOutOfReach)
+        m_permissions.openPrivacyPane(QStringLiteral("Privacy_Accessibility"));
+    else if (trouble == Trouble::soundServerGone || trouble == Trouble::noMicrophone)
+        m_permissions.openPrivacyPane(QStringLiteral("Privacy_Microphone"));
+    else
+        openSettings();
+}
+
 void AppDelegate::storeCapturedChord(const ChordCaptured& captured) {
-    auto& list = captured.list == Capturing::dictate ? cfg.dictateChords : cfg.dictateEnterChords;
-    if (std::find(list.begin(), list.end(), captured.chord.rawValue) == list.end())
-        list.push_back(captured.chord.rawValue);
+    addCapturedChord(cfg, captured);
     cfg.save();
     QTimer::singleShot(0, this, [this] {
         buildMenu();

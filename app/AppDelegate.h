@@ -4,6 +4,7 @@
 #include "app/ChordMachine.h"
 #include "app/DictationSession.h"
 #include "app/StatusItem.h"
+#include "app/TroubleWatch.h"
 #include "app/Windows.h"
 #include "audio/Recorder.h"
 #include "overlay/Overlay.h"
@@ -20,6 +21,8 @@
 #include <memory>
 
 namespace sayloft {
+
+class Updater;
 
 /// Owns and wires every long-lived object, and orders start-up and shutdown. Main thread.
 class AppDelegate : public QObject, private DictationHost {
@@ -41,6 +44,12 @@ public:
     void restartServer();
     void checkPermissions();
     void quit();
+
+    /// Puts the whole transcript on the clipboard, for good.
+    void copyHistoryItem(const QString& transcript);
+    void clearHistory();
+    void openSettings();
+    void checkForUpdates();
 
     /// `held` is the complete set of modifiers that are down.
     void process(Mods held);
@@ -64,9 +73,11 @@ public:
     [[nodiscard]] History& history() { return m_history; }
 
 private:
+    [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem();
     void installEventTap();
     void applyOverlayConfig();
     void openOnboardingIfNeeded();
+    void help(Trouble trouble);
     void storeCapturedChord(const ChordCaptured& captured);
 
     [[nodiscard]] Overlay* dictationOverlay() override { return overlay.get(); }
@@ -75,12 +86,14 @@ private:
 
     Platform m_platform;
     Permissions m_permissions;
+    TroubleWatch m_troubles;
     Recorder m_recorder;
     Transcriber m_transcriber;
     Paster m_paster;
     ParakeetServer m_parakeet;
     History m_history;
     ChordMachine m_chords;
+    std::unique_ptr<Updater> m_updater;  ///< made on first use
     // Last, so that it is destroyed first: its threads use the objects above.
     DictationSession m_session;
 };

@@ -43,8 +43,13 @@ QuitSignals::QuitSignals(std::function<void()> quit)
     struct sigaction action {};
     action.sa_handler = wakeUp;
     action.sa_flags = SA_RESTART;
-    for (const int signal : quitSignals)
-        ::sigaction(signal, &action, nullptr);
+    for (const int signal : quitSignals) {
+        struct sigaction inherited {};
+        ::sigaction(signal, nullptr, &inherited);
+        // As nohup wants it.
+        if (signal != SIGHUP || inherited.sa_handler != SIG_IGN)
+            ::sigaction(signal, &action, nullptr);
+    }
 }
 
 QuitSignals::~QuitSignals() {

@@ -2,15 +2,13 @@
 #include "app/SingleInstance.h"
 
 #include "models/Paths.h"
+#include "platform/SessionBusConnection.h"
 
-#include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QFileInfo>
 
 #include <chrono>
-#include <optional>
 
 namespace sayloft {
 namespace {
@@ -25,19 +23,6 @@ QString objectPath() {
     return QStringLiteral("/org/sayloft/Sayloft");
 }
 
-/// None where there is no bus: asking for one that is not there would start it, and it would
-/// outlive the program.
-std::optional<QDBusConnection> sessionBus() {
-    const QString runtimeDir = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    const bool there =
-        qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS") ||
-        (!runtimeDir.isEmpty() && QFileInfo::exists(runtimeDir + QStringLiteral("/bus")));
-    if (!there)
-        return std::nullopt;
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    return bus.isConnected() ? std::optional(bus) : std::nullopt;
-}
-
 }  // namespace
 
 SingleInstance::SingleInstance() : m_lock(DATA_DIR + QStringLiteral("/sayloft.lock")) {
@@ -49,7 +34,7 @@ SingleInstance::~SingleInstance() = default;
 
 bool SingleInstance::claim() {
     ensureDataDir();
-    const bool isOther = !m_lock.tryLock(0) && m_lock.error() == QLockFile::LockFailedError;
+    const bool isOther = !tryLock() && m_lock.error() == QLockFile::LockFailedError;
     if (isOther) {
         activateTheOther();
         return false;
@@ -57,6 +42,21 @@ bool SingleInstance::claim() {
     // Where the lock cannot be written at all, a second copy is the lesser evil.
     takeName();
     return true;
+}
+
+bool SingleInstance::tryLock() {
+    if (m_lock.tryLock(0))
+        return true;
+    qint64 pid = 0;
+    QString host;
+    QString program;
+    if (m_lock.getLockInfo(&pid, &host, &program))
+        return false;
+    // It names nobody: a start that was killed in the middle left it, unless it is quite new.
+    m_lock.setStaleLockTime(std::chrono::milliseconds(5s).count());
+    const bool isLocked = m_lock.tryLock(0);
+    m_lock.setStaleLockTime(0);
+    return isLocked;
 }
 
 void SingleInstance::takeName() {

@@ -36,6 +36,7 @@ public Q_SLOTS:
                                      const QVariantMap& platformData);
 
 private:
+    [[nodiscard]] bool tryLock();
     void takeName();
     void activateTheOther() const;
 

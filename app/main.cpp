@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "app/AppDelegate.h"
+#include "app/ExitHook.h"
 #include "app/QuitSignals.h"
 #include "app/SingleInstance.h"
 #include "models/Paths.h"
@@ -8,12 +9,16 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QSessionManager>
 
+#include <csignal>
 #include <cstdio>
 
 int main(int argc, char** argv) {
     using namespace sayloft;
 
+    // Writing to an X server that has just gone is an error like others.
+    std::signal(SIGPIPE, SIG_IGN);
     if (const auto missing = missingDesktop()) {
         std::fprintf(stderr, "sayloft: %s\n", qUtf8Printable(*missing));
         return 1;
@@ -33,6 +38,11 @@ int main(int argc, char** argv) {
     const QuitSignals quitSignals([&delegate] { delegate.quit(); });
     QObject::connect(&application, &QApplication::aboutToQuit, &delegate,
                      &AppDelegate::applicationWillTerminate);
+    const ExitHook exitHook([&delegate] { delegate.applicationWillTerminate(); });
+    // Whether we start with the session is for the user's autostart entries to say.
+    QObject::connect(
+        &application, &QApplication::saveStateRequest, &application,
+        [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();
 }

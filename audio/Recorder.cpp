@@ -28,6 +28,7 @@ Recorder::Recorder(AudioInput& input)
     : m_input(input),
       m_devices(input),
       m_files(std::make_shared<RecordingFiles>(TEMP_DIR + QStringLiteral("/sayloft_rec.wav"))) {
+    m_disk.setMaxThreadCount(1);
     m_files->removeStaleSiblings();
 }
 
@@ -87,14 +88,15 @@ std::optional<AudioDeviceId> Recorder::resolveDevice() const {
     return std::nullopt;
 }
 
-std::optional<Recorder::Run> Recorder::openRun(AudioFormat format) const {
+std::optional<Recorder::Run> Recorder::openRun(AudioFormat format) {
     ensureTempDir();
-    auto lease = m_files->lease();
-    std::optional<WavFile> file = WavFile::create(lease->path());
+    std::shared_ptr<RecordingFiles::Lease> name = m_files->lease();
+    std::optional<WavFile> file = WavFile::create(name->path());
     if (!file)
         return std::nullopt;
-    auto pipeline = std::make_shared<RecordingPipeline>(std::move(*file), format);
-    auto recording = std::make_shared<Recording>(std::move(lease), pipeline);
+    auto writer = std::make_unique<WavWriter>(m_disk, name, std::move(*file));
+    auto pipeline = std::make_shared<RecordingPipeline>(std::move(writer), format);
+    auto recording = std::make_shared<Recording>(std::move(name), pipeline);
     return Run{nullptr, std::move(pipeline), std::move(recording)};
 }
 

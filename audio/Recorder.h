@@ -6,6 +6,7 @@
 #include "platform/AudioInput.h"
 
 #include <QString>
+#include <QThreadPool>
 
 #include <atomic>
 #include <memory>
@@ -58,7 +59,7 @@ private:
     };
 
     [[nodiscard]] std::optional<AudioDeviceId> resolveDevice() const;
-    [[nodiscard]] std::optional<Run> openRun(AudioFormat format) const;
+    [[nodiscard]] std::optional<Run> openRun(AudioFormat format);
     [[nodiscard]] AudioCaptureRequest captureRequest(std::optional<AudioDeviceId> device,
                                                      const Run& run) const;
     void dropEndedCaptures();
@@ -66,6 +67,7 @@ private:
     AudioInput& m_input;
     InputDevices m_devices;
     std::shared_ptr<RecordingFiles> m_files;
+    QThreadPool m_disk;  ///< one thread
     // Last: destroying a capture waits for its callback, which reads the members above.
     std::vector<Finishing> m_finishing;
     std::optional<Run> m_run;

@@ -5,9 +5,9 @@
 
 namespace sayloft {
 
-Recording::Recording(std::unique_ptr<RecordingFiles::Lease> file,
+Recording::Recording(std::shared_ptr<RecordingFiles::Lease> name,
                      std::shared_ptr<RecordingPipeline> pipeline)
-    : m_file(std::move(file)), m_pipeline(std::move(pipeline)) {}
+    : m_name(std::move(name)), m_pipeline(std::move(pipeline)) {}
 
 Recording::~Recording() {
     // The capture may still be running; it must not write into a file that is somebody else's.
@@ -15,7 +15,7 @@ Recording::~Recording() {
 }
 
 QString Recording::waitUntilFinished(std::chrono::milliseconds deadline) const {
-    m_pipeline->waitUntilEnded(deadline);
+    m_pipeline->waitUntilComplete(deadline);
     return path();
 }
 

@@ -17,10 +17,11 @@ RecordingFiles::Lease::Lease(std::shared_ptr<RecordingFiles> files, int number, 
     : m_files(std::move(files)), m_number(number), m_path(std::move(path)) {}
 
 RecordingFiles::Lease::~Lease() {
-    // Within the lock: nobody may be given the name before the file is gone.
-    const std::lock_guard lock(m_files->m_mutex);
+    // First: nobody may be given the name before the file is gone. Not within the lock, for which
+    // the next recording would wait if the disk stalled.
     if (m_number != mainNumber)
         QFile::remove(m_path);
+    const std::lock_guard lock(m_files->m_mutex);
     m_files->m_leased.erase(m_number);
 }
 

@@ -5,13 +5,13 @@
 
 namespace sayloft {
 
-RecordingPipeline::RecordingPipeline(WavFile file, AudioFormat inputFormat)
-    : m_file(std::move(file)),
+RecordingPipeline::RecordingPipeline(std::unique_ptr<WavWriter> writer, AudioFormat inputFormat)
+    : m_writer(std::move(writer)),
       m_resampler(MonoResampler::create(inputFormat, WavFile::sampleRate)) {}
 
 void RecordingPipeline::handle(const AudioBuffer& buffer, Boost boost) {
     const std::lock_guard lock(m_mutex);
-    if (!m_file)
+    if (m_isClosed)
         return;
     m_hasBuffer = true;
     if (buffer.samples != nullptr) {
@@ -22,7 +22,7 @@ void RecordingPipeline::handle(const AudioBuffer& buffer, Boost boost) {
             AutoGain::apply(first, m_gain.gainFor(loudness));
     }
     if (m_resampler)
-        write(m_resampler->convert(buffer));
+        m_writer->write(m_resampler->convert(buffer));
 }
 
 void RecordingPipeline::end(const QString& error) {
@@ -39,10 +39,13 @@ std::optional<QString> RecordingPipeline::startError() const {
     return m_error;
 }
 
-void RecordingPipeline::waitUntilEnded(std::chrono::milliseconds deadline) {
-    std::unique_lock lock(m_mutex);
-    m_endedCondition.wait_for(lock, deadline, [this] { return m_ended.load(); });
-    closeLocked();
+void RecordingPipeline::waitUntilComplete(std::chrono::milliseconds deadline) {
+    {
+        std::unique_lock lock(m_mutex);
+        m_endedCondition.wait_for(lock, deadline, [this] { return m_ended.load(); });
+        closeLocked();
+    }
+    m_writer->waitUntilClosed();
 }
 
 void RecordingPipeline::close() {
@@ -51,16 +54,12 @@ void RecordingPipeline::close() {
 }
 
 void RecordingPipeline::closeLocked() {
-    if (m_file && m_resampler)
-        write(m_resampler->flush());
+    if (std::exchange(m_isClosed, true))
+        return;
+    if (m_resampler)
+        m_writer->write(m_resampler->flush());
     m_resampler.reset();
-    m_file.reset();
-}
-
-void RecordingPipeline::write(std::span<const float> samples) {
-    // What cannot be written is lost; the next buffer may fit again.
-    if (!samples.empty())
-        m_file->write(samples);
+    m_writer->close();
 }
 
 }  // namespace sayloft

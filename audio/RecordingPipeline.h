@@ -3,7 +3,7 @@
 
 #include "audio/AutoGain.h"
 #include "audio/MonoResampler.h"
-#include "audio/WavFile.h"
+#include "audio/WavWriter.h"
 #include "platform/AudioInput.h"
 
 #include <QString>
@@ -11,6 +11,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <optional>
 
@@ -21,11 +22,11 @@ class RecordingPipeline {
 public:
     enum class Boost { off, on };
 
-    RecordingPipeline(WavFile file, AudioFormat inputFormat);
+    RecordingPipeline(std::unique_ptr<WavWriter> writer, AudioFormat inputFormat);
 
     /// Takes one buffer, which it changes in place. Audio thread.
     void handle(const AudioBuffer& buffer, Boost boost);
-    /// The last buffer has been handled: completes the file. Audio thread.
+    /// The last buffer has been handled: the file is to be completed. Audio thread.
     void end(const QString& error);
 
     /// Level of the newest buffer, 0 to 1. Any thread, never blocking.
@@ -35,15 +36,14 @@ public:
     [[nodiscard]] std::optional<QString> startError() const;
     [[nodiscard]] bool hasEnded() const { return m_ended.load(); }
 
-    /// Waits for `end`; after `deadline` completes the file with what has come until then. Never
-    /// called on the main thread.
-    void waitUntilEnded(std::chrono::milliseconds deadline);
-    /// Completes the file now; whatever comes later is dropped. Any thread.
+    /// Waits for `end`, but no longer than `deadline`, and then until the disk has all that has
+    /// come. Never called on the main thread.
+    void waitUntilComplete(std::chrono::milliseconds deadline);
+    /// Has the file completed with what has come; whatever comes later is dropped. Any thread.
     void close();
 
 private:
     void closeLocked();
-    void write(std::span<const float> samples);
 
     std::atomic<double> m_level = 0;
     std::atomic<bool> m_hasBuffer = false;
@@ -51,8 +51,9 @@ private:
 
     std::mutex m_mutex;  ///< guards what follows
     std::condition_variable m_endedCondition;
-    std::optional<WavFile> m_file;
+    const std::unique_ptr<WavWriter> m_writer;
     std::optional<MonoResampler> m_resampler;
+    bool m_isClosed = false;
     AutoGain m_gain;
     QString m_error;  ///< fixed once `m_ended` is set
 };

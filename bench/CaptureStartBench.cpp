@@ -52,11 +52,10 @@ double startParec(QStringList arguments) {
 void compare() {
     const test::TempHome home;
     const test::SoundServer server;
-    AudioInputPulse pulse;
-    test::WatchedAudioInput input(pulse);
+    test::WatchedAudioInput input;
     input.framesPerBuffer = 16;
     Recorder recorder(input);
-    if (!test::waitUntil([&pulse] { return !pulse.devices().empty(); }))
+    if (!test::waitUntil([&input] { return !input.devices().empty(); }))
         throw std::runtime_error("there is no microphone");
 
     std::vector<double> ours;

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
-find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network DBus)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network DBus Test)
 find_package(nlohmann_json 3.11 REQUIRED)
 
 pkg_check_modules(SOXR REQUIRED IMPORTED_TARGET soxr)

@@ -23,8 +23,7 @@ endif()
 add_library(sayloft_options INTERFACE)
 target_compile_options(sayloft_options INTERFACE
     -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
-target_compile_definitions(sayloft_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII
-    $<$<BOOL:${SAYLOFT_STARTER}>:SAYLOFT_STARTER=1>)
+target_compile_definitions(sayloft_options INTERFACE QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
 
 if(SAYLOFT_SANITIZE)
     target_compile_options(sayloft_options INTERFACE

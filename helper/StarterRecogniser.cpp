@@ -65,8 +65,9 @@ std::string StarterRecogniser::recognise(const Samples& samples) {
         return {};
     const std::lock_guard lock(m_mutex);
     // The whole utterance at once: its mean is then taken over all of it, which is more exact than
-    // an estimate from what went before, and makes every request independent of the others.
-    if (ps_start_utt(m_decoder.get()) < 0)
+    // an estimate from what went before. Together with a new stream, which begins to learn about
+    // the noise afresh, it makes every request independent of the others.
+    if (ps_start_stream(m_decoder.get()) < 0 || ps_start_utt(m_decoder.get()) < 0)
         return {};
     ps_process_raw(m_decoder.get(), samples.data(), samples.size(), FALSE, TRUE);
     ps_end_utt(m_decoder.get());

@@ -2,10 +2,12 @@
 #include "models/ModelCatalogue.h"
 
 #include "models/Paths.h"
+#include "models/StarterModel.h"
 
 #include <QFileInfo>
 
 #include <algorithm>
+#include <utility>
 
 namespace sayloft {
 namespace {
@@ -24,10 +26,8 @@ std::vector<ModelInfo> catalogue() {
          parakeetUrl(QStringLiteral("tdt-0.6b-v2-f16.gguf")),
          QStringLiteral("English only (v2) — best for English")},
     };
-#ifdef SAYLOFT_STARTER
-    models.push_back({QStringLiteral("starter"), QStringLiteral("starter-en-us.model"), QString(),
-                      QStringLiteral("Starter — English, offline, lower accuracy")});
-#endif
+    if (auto starter = starterModel())
+        models.push_back(std::move(*starter));
     return models;
 }
 

@@ -5,8 +5,10 @@
 #include "platform/Clipboard.h"
 #include "platform/KeyPoster.h"
 #include "platform/ModifierWatch.h"
+#include "platform/Notifier.h"
 #include "platform/PrivacySettings.h"
 #include "platform/SystemSounds.h"
+#include "platform/TrayItem.h"
 
 namespace sayloft {
 

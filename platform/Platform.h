@@ -9,8 +9,10 @@ class AudioInput;
 class Clipboard;
 class KeyPoster;
 class ModifierWatch;
+class Notifier;
 class PrivacySettings;
 class SystemSounds;
+class TrayItem;
 
 /// The platform's services. Destroyed in reverse order: a later member may use an earlier one.
 struct Platform {
@@ -22,9 +24,11 @@ struct Platform {
     std::unique_ptr<AudioInput> audioInput;
     std::unique_ptr<SystemSounds> sounds;
     std::unique_ptr<PrivacySettings> privacy;
+    std::unique_ptr<Notifier> notifier;
     std::unique_ptr<ModifierWatch> modifierWatch;
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<KeyPoster> keyPoster;
+    std::unique_ptr<TrayItem> trayItem;
 };
 
 /// The services of the system that the program runs on. Main thread, after the application object

@@ -2,14 +2,17 @@
 #include "platform/Platform.h"
 
 #include "models/Paths.h"
+#include "platform/SessionBusConnection.h"
 
 #if defined(__linux__)
 #include "platform/linux/AudioInputPulse.h"
 #include "platform/linux/ClipboardX11.h"
 #include "platform/linux/KeyPosterX11.h"
 #include "platform/linux/ModifierWatchX11.h"
+#include "platform/linux/NotifierFreedesktop.h"
 #include "platform/linux/PrivacySettingsX11.h"
 #include "platform/linux/SystemSoundsPulse.h"
+#include "platform/linux/TrayItemSni.h"
 #else
 #error "There is no backend for this system yet."
 #endif
@@ -24,7 +27,9 @@ Platform loadPlatform() {
     platform.audioInput = std::make_unique<AudioInputPulse>();
     platform.sounds = std::make_unique<SystemSoundsPulse>(
         BUNDLE_DIR + QStringLiteral("/Contents/Resources/sounds"));
-    platform.privacy = std::make_unique<PrivacySettingsX11>();
+    platform.privacy = std::make_unique<PrivacySettingsX11>(
+        BUNDLE_DIR + QStringLiteral("/Contents/Resources/help/permissions.html"));
+    platform.notifier = std::make_unique<NotifierFreedesktop>(sessionBus());
     platform.keyPoster = std::make_unique<KeyPosterX11>(
         *modifierWatch,
         KeyPosterX11::PasteOffer{
@@ -34,6 +39,8 @@ Platform loadPlatform() {
                               *clipboard](auto ready) { agent.offerOnPrimary(std::move(ready)); }});
     platform.modifierWatch = std::move(modifierWatch);
     platform.clipboard = std::move(clipboard);
+    platform.trayItem =
+        std::make_unique<TrayItemSni>(BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
     return platform;
 }
 

@@ -32,6 +32,7 @@ HelperProcess::~HelperProcess() {
 }
 
 bool HelperProcess::launch(const QString& modelPath) {
+    forgetHowChildEnds();
     killStaleServers();
     waitForChild();
     QThread::msleep(std::chrono::milliseconds(200ms).count());
@@ -50,6 +51,10 @@ bool HelperProcess::launch(const QString& modelPath) {
         logf(QStringLiteral("parakeet-server failed to start: ") + process->errorString());
         return false;
     }
+    connect(process.get(), &QProcess::finished, this, [this] {
+        if (onGone)
+            onGone();
+    });
     m_process = std::move(process);
     logf(QStringLiteral("parakeet-server starting (") + lastComponent(modelPath) +
          QLatin1Char(')'));
@@ -59,9 +64,15 @@ bool HelperProcess::launch(const QString& modelPath) {
 void HelperProcess::end() {
     if (!m_process)
         return;
+    forgetHowChildEnds();
     m_process->terminate();
     waitForChild();
     m_process.reset();
+}
+
+void HelperProcess::forgetHowChildEnds() {
+    if (m_process)
+        m_process->disconnect(this);
 }
 
 void HelperProcess::killStaleServers() const {

@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 namespace sayloft {
@@ -24,7 +25,11 @@ public:
     /// Asks the child to end and waits for it; after 3 s it is killed. Nothing without a child.
     void end();
 
+    /// Called on the thread when the child has ended although nobody here asked it to.
+    std::function<void()> onGone;
+
 private:
+    void forgetHowChildEnds();
     void killStaleServers() const;
     void waitForChild();
 

@@ -46,6 +46,9 @@ void ParakeetServer::launch(const QString& modelPath, Before before) {
         m_process, [this, process = m_process, modelPath, before, possible, number] {
             if (before == Before::endTheRunning)
                 process->end();
+            process->onGone = [this, number] {
+                QMetaObject::invokeMethod(this, [this, number] { gone(number); });
+            };
             if (!possible || !process->launch(modelPath))
                 return;
             QMetaObject::invokeMethod(this, [this, number] { launched(number); });
@@ -61,6 +64,15 @@ void ParakeetServer::launched(std::uint64_t launchNumber) {
             if (onReady)
                 onReady();
         });
+}
+
+void ParakeetServer::gone(std::uint64_t launchNumber) {
+    if (launchNumber != m_launchNumber)
+        return;
+    // Whoever answers from now on is not our server.
+    m_poll.reset();
+    if (onGone)
+        onGone();
 }
 
 }  // namespace sayloft

@@ -39,11 +39,15 @@ public:
     /// Called on the main thread each time a started server becomes ready.
     std::function<void()> onReady;
 
+    /// Called on the main thread when the running server has ended without being asked to.
+    std::function<void()> onGone;
+
 private:
     enum class Before { nothing, endTheRunning };
 
     void launch(const QString& modelPath, Before before);
     void launched(std::uint64_t launchNumber);
+    void gone(std::uint64_t launchNumber);
 
     bool m_ready = false;
     std::uint64_t m_launchNumber = 0;  ///< of the newest launch; answers of older ones do not count

@@ -42,6 +42,13 @@ void Paster::paste(const QString& text, PasteOptions options) {
         startNext();
 }
 
+void Paster::copy(const QString& text) {
+    m_toRestore.reset();
+    if (!m_jobs.empty())
+        m_jobs.front().before.reset();
+    m_clipboard.setText(text, ClipboardStay::forGood);
+}
+
 void Paster::startNext() {
     // A restore of an earlier paste that is still to come would now take this one's text away.
     ++m_generation;
@@ -119,6 +126,12 @@ void Paster::restoreLater() {
                            if (generation == m_generation)
                                restoreNow();
                        });
+}
+
+void Paster::restoreForGood() {
+    if (!m_jobs.empty() && m_jobs.front().before)
+        m_toRestore = std::move(m_jobs.front().before);
+    restoreNow();
 }
 
 void Paster::restoreNow() {

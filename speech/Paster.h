@@ -31,12 +31,16 @@ public:
     /// To be called when a paste is likely to follow: lets the clipboard be read meanwhile.
     void prepare();
 
-    /// Puts back now what is waiting to be put back: to be called on the way out.
-    void restoreNow();
+    /// Puts back now what a paste has taken away, whether its target has pasted or not: to be
+    /// called on the way out.
+    void restoreForGood();
 
     /// Nothing at all for an empty text. While an earlier paste has not been taken by its target
     /// this one waits for it, so that no target gets another one's text.
     void paste(const QString& text, PasteOptions options);
+
+    /// Puts text on the clipboard to stay there: nothing that was to be put back replaces it.
+    void copy(const QString& text);
 
 private:
     struct Job {
@@ -54,6 +58,7 @@ private:
     void textFetched();
     void keysDone();
     void restoreLater();
+    void restoreNow();
 
     Clipboard& m_clipboard;
     KeyPoster& m_keyPoster;

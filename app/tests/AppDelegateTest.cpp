@@ -81,7 +81,8 @@ TEST_F(Controller, opensNoOnboardingWhenModelAndAccessibilityAreThere) {
 TEST_F(Controller, showsTheMenuBeforeAnythingElseAndStaysWarmingWithoutAServer) {
     provideModel(QStringLiteral("multilingual"));
     launch();
-    EXPECT_THAT(m_seen, ElementsAre("menu", "full 0.3 0.3 1", "warming"));
+    EXPECT_THAT(m_seen,
+                ElementsAre("menu", "full 0.3 0.3 1", "reason speech helper missing", "warming"));
 }
 
 TEST_F(Controller, showsReadyOnceTheServerIs) {

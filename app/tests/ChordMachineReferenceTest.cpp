@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/ChordMachine.h"
 
+#include "app/CapturedChords.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
@@ -68,7 +70,8 @@ private:
         if (!held.empty() || captured.empty())
             return "nothing";
         std::string result = "captured " + captureFor + " " + joined(captured);
-        (captureFor == "plain" ? dictate : dictateEnter).insert(captured);
+        const bool isNew = (captureFor == "plain" ? dictate : dictateEnter).insert(captured).second;
+        result += isNew ? " anew" : " again";
         captureFor.clear();
         captured.clear();
         return result;
@@ -95,14 +98,14 @@ std::string keyNames(Mods mods) {
 /// The machine with the state around it that the program keeps.
 class Machine {
 public:
-    std::vector<std::int64_t> dictate;
-    std::vector<std::int64_t> dictateEnter;
+    Machine() { config.dictateChords.clear(); }
 
     void startCapture(Capturing list) { m_machine.startCapture(list); }
 
     std::string change(std::uint64_t flags) {
         const Mods held = Mods::fromFlags(flags);
-        const ChordAction action = m_machine.process(held, m_running, {dictate, dictateEnter});
+        const ChordAction action =
+            m_machine.process(held, m_running, {config.dictateChords, config.dictateEnterChords});
         if (const auto* begin = std::get_if<BeginDictation>(&action)) {
             m_running = {.isRecording = true, .activeChord = begin->chord};
             return std::string("begin") + (begin->pressEnter ? " enter " : " ") +
@@ -114,12 +117,15 @@ public:
         }
         if (const auto* captured = std::get_if<ChordCaptured>(&action)) {
             const bool plain = captured->list == Capturing::dictate;
-            (plain ? dictate : dictateEnter).push_back(captured->chord.rawValue);
+            const Config before = config;
+            addCapturedChord(config, *captured);
             return std::string("captured ") + (plain ? "plain " : "enter ") +
-                   keyNames(captured->chord);
+                   keyNames(captured->chord) + (config == before ? " again" : " anew");
         }
         return "nothing";
     }
+
+    Config config;
 
 private:
     ChordMachine m_machine;
@@ -166,13 +172,15 @@ TEST(ChordMachine, agreesWithTheReferenceOnAHundredThousandRandomSequences) {
     constexpr int changesEach = 30;
     int begun = 0;
     int captures = 0;
+    int capturesAgain = 0;
     for (unsigned seed = 0; seed < sequences; ++seed) {
         RandomKeyboard keyboard(seed);
         Machine machine;
         Reference reference;
         for (int i = 0; i < 3; ++i) {
             const std::int64_t chord = keyboard.chord();
-            (i == 2 ? machine.dictateEnter : machine.dictate).push_back(chord);
+            (i == 2 ? machine.config.dictateEnterChords : machine.config.dictateChords)
+                .push_back(chord);
             (i == 2 ? reference.dictateEnter : reference.dictate).insert(keySet(chord));
         }
         for (int i = 0; i < changesEach; ++i) {
@@ -187,10 +195,12 @@ TEST(ChordMachine, agreesWithTheReferenceOnAHundredThousandRandomSequences) {
             ASSERT_EQ(machine.change(flags), expected) << "sequence " << seed << ", change " << i;
             begun += expected.starts_with("begin");
             captures += expected.starts_with("captured");
+            capturesAgain += expected.ends_with(" again");
         }
     }
     EXPECT_GT(begun, 100'000);
     EXPECT_GT(captures, 50'000);
+    EXPECT_GT(capturesAgain, 1'000);
 }
 
 }  // namespace

@@ -1,114 +1,22 @@
 // SPDX-License-Identifier: MIT
 #include "app/DictationSession.h"
 
-#include "audio/Recorder.h"
-#include "models/Paths.h"
-#include "speech/Paster.h"
-#include "speech/Transcriber.h"
-#include "storage/Config.h"
-#include "storage/History.h"
-#include "tests/support/FakePlatform.h"
-#include "tests/support/FakeUserInterface.h"
-#include "tests/support/RawHttpServer.h"
-#include "tests/support/TempHome.h"
-#include "tests/support/WaitUntil.h"
+#include "app/tests/DictationSessionFixture.h"
 
 #include <QElapsedTimer>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <memory>
-
-namespace sayloft {
+namespace sayloft::test {
 namespace {
 
 using namespace std::chrono_literals;
-using test::RawAnswer;
-using test::RawHttpServer;
+using Session = DictationSessionFixture;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
-
-constexpr Mods shiftCmd{Mods::shift, Mods::cmd};
-
-/// What the controller is to a session.
-class FakeHost : public DictationHost {
-public:
-    void setState(IconState state) override { m_item.setState(state); }
-    void buildMenu() override { m_item.buildMenu(); }
-    [[nodiscard]] Overlay* dictationOverlay() override { return &m_overlay; }
-    [[nodiscard]] bool accessibilityTrusted() const override { return trusted; }
-    [[nodiscard]] bool serverReady() const override { return ready; }
-
-    test::Seen seen;
-    bool trusted = true;
-    bool ready = true;
-
-private:
-    test::FakeStatusItem m_item{seen};
-    test::FakeOverlay m_overlay{seen};
-};
-
-/// A session on fake hardware and a real connection to a speech server that answers from a script.
-class Session : public testing::Test {
-protected:
-    /// The server's answers, one for each request.
-    void answer(std::vector<RawAnswer> script) {
-        m_server = std::make_unique<RawHttpServer>(std::move(script));
-        m_transcriber =
-            Transcriber(QUrl(QStringLiteral("http://127.0.0.1:%1/").arg(m_server->port())),
-                        {.attempts = 4, .pause = 20ms, .timeout = 10s});
-    }
-
-    void answerText(const QByteArray& text) { answer({RawAnswer::ok(text)}); }
-
-    /// Holds the chord for `seconds` by the session's clock.
-    void dictate(double seconds = 2, bool enter = false) {
-        m_session.beginRecording(enter, shiftCmd);
-        m_now += std::chrono::milliseconds(static_cast<int>(seconds * 1000));
-        m_session.endRecording();
-    }
-
-    /// Waits for what the session does last of all.
-    [[nodiscard]] bool waitFor(const char* word) {
-        return test::waitUntil([&] { return count(word) > 0; });
-    }
-
-    [[nodiscard]] long count(const char* word) const {
-        return std::count(m_host.seen.begin(), m_host.seen.end(), word);
-    }
-
-    test::TempHome m_home;
-    test::FakePlatform m_fakes;
-    Platform m_platform = m_fakes.platform();
-    Config m_cfg;
-    Recorder m_recorder{m_fakes.audio};
-    Transcriber m_transcriber;
-    Paster m_paster{m_fakes.clipboard, m_fakes.keyPoster};
-    History m_history;
-    FakeHost m_host;
-    std::unique_ptr<RawHttpServer> m_server;
-    DictationSession::Clock::time_point m_now;
-    DictationSession m_session{{.cfg = m_cfg,
-                                .recorder = m_recorder,
-                                .transcriber = m_transcriber,
-                                .paster = m_paster,
-                                .history = m_history,
-                                .sounds = m_fakes.sounds},
-                               m_host,
-                               [this] { return m_now; }};
-};
-
-TEST_F(Session, showsEveryStepInOrder) {
-    answerText("six words in all with two");
-    dictate(2);
-    ASSERT_TRUE(waitFor("wpm 180"));
-    EXPECT_THAT(m_host.seen, ElementsAre("recording", "pill on", "warming", "timer stopped",
-                                         "ready", "menu", "wpm 180"));
-}
 
 TEST_F(Session, pastesLogsAndRemembersTheTranscript) {
     answerText(" hello world\n");
@@ -133,7 +41,7 @@ TEST_F(Session, saysInTheLogWhenItIsNotTrusted) {
 TEST_F(Session, pressesReturnForAnEnterChord) {
     answerText("hello");
     dictate(2, true);
-    ASSERT_TRUE(test::waitUntil([&] { return m_fakes.keyPoster.keys.size() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return m_fakes.keyPoster.keys.size() == 2; }));
     EXPECT_EQ(m_fakes.keyPoster.keys.back(), std::pair(VirtualKey::returnKey, std::uint64_t{0}));
 }
 
@@ -152,50 +60,15 @@ TEST_F(Session, leavesTheTranscriptOnTheClipboardWhenAskedTo) {
     answerText("hello");
     dictate();
     ASSERT_TRUE(waitFor("menu"));
-    test::turnEventLoopFor(500ms);
+    turnEventLoopFor(500ms);
     EXPECT_THAT(m_fakes.clipboard.restored, IsEmpty());
 }
 
 TEST_F(Session, givesTheClipboardBackOtherwise) {
     answerText("hello");
     dictate();
-    EXPECT_TRUE(test::waitUntil([&] { return m_fakes.clipboard.restored.size() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return m_fakes.clipboard.restored.size() == 1; }));
 }
-
-TEST_F(Session, ofTwelveSecondsAndThirtyWordsShows150) {
-    answerText(QByteArray("word ").repeated(30));
-    dictate(12);
-    EXPECT_TRUE(waitFor("wpm 150"));
-}
-
-struct FigureRow {
-    const char* name;
-    double seconds;
-    const char* text;
-    const char* pillStyle;
-    const char* shown;
-};
-
-class SessionFigure : public Session, public testing::WithParamInterface<FigureRow> {};
-
-TEST_P(SessionFigure, endsOnTheOverlay) {
-    m_cfg.pillStyle = QString::fromLatin1(GetParam().pillStyle);
-    answerText(GetParam().text);
-    dictate(GetParam().seconds);
-    ASSERT_TRUE(test::waitUntil([&] { return count("ready") == 1; }));
-    EXPECT_EQ(m_host.seen.back(), GetParam().shown);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Holds, SessionFigure,
-    testing::Values(FigureRow{"halfASecondIsTooShort", 0.5, "one two", "full", "hold then hide"},
-                    FigureRow{"aLittleMoreIsEnough", 0.501, "one two", "full", "wpm 240"},
-                    FigureRow{"minimalStyleShowsNone", 2, "one two", "minimal", "hold then hide"},
-                    FigureRow{"unknownStyleShowsNone", 2, "one two", "wide", "hold then hide"},
-                    FigureRow{"lessThanHalfAWordAMinute", 200, "one", "full", "hold then hide"},
-                    FigureRow{"halfAWordAMinuteRoundsUp", 120, "one", "full", "wpm 1"},
-                    FigureRow{"noWords", 2, "", "full", "pill off"}),
-    [](const auto& row) { return row.param.name; });
 
 TEST_F(Session, withAnEmptyTranscriptTouchesNothing) {
     m_cfg.playSounds = true;
@@ -221,28 +94,13 @@ TEST_F(Session, withoutAnAnswerFlashesTheErrorAndPastesNothing) {
     EXPECT_THAT(m_history.items(), IsEmpty());
 }
 
-TEST_F(Session, endsTheErrorFlashAsTheServerIs) {
-    QElapsedTimer elapsed;
-    elapsed.start();
-    m_session.flashError();
-    ASSERT_TRUE(waitFor("ready"));
-    EXPECT_GE(elapsed.elapsed(), 1750);
-    EXPECT_LT(elapsed.elapsed(), 2600);
-
-    m_host.ready = false;
-    m_host.seen.clear();
-    m_session.flashError();
-    EXPECT_TRUE(waitFor("warming"));
-    EXPECT_THAT(m_host.seen, ElementsAre("error", "warming"));
-}
-
 TEST_F(Session, withoutARecordingEndsSilently) {
     m_fakes.audio.startError = QStringLiteral("no sound server");
     answerText("never asked for");
     dictate();
     EXPECT_THAT(m_host.seen, ElementsAre("recording", "pill on", "warming", "timer stopped",
                                          "pill off", "ready"));
-    test::turnEventLoopFor(200ms);
+    turnEventLoopFor(200ms);
     EXPECT_THAT(m_server->requests(), IsEmpty());
 }
 
@@ -287,9 +145,9 @@ TEST_F(Session, pastesInTheOrderInWhichTheServerAnswers) {
     slow.trickleMs = 10;
     answer({slow, RawAnswer::ok("spoken second")});
     dictate();
-    ASSERT_TRUE(test::waitUntil([&] { return m_server->requests().size() == 1; }));
+    ASSERT_TRUE(waitUntil([&] { return m_server->requests().size() == 1; }));
     dictate();
-    ASSERT_TRUE(test::waitUntil([&] { return m_fakes.clipboard.texts.size() == 2; }));
+    ASSERT_TRUE(waitUntil([&] { return m_fakes.clipboard.texts.size() == 2; }));
     EXPECT_THAT(m_fakes.clipboard.texts,
                 ElementsAre(QStringLiteral("spoken second"), QStringLiteral("spoken first")));
 }
@@ -307,13 +165,13 @@ TEST_F(Session, canBeDestroyedWhileTheServerHangs) {
                                  m_host);
         session.beginRecording(false, shiftCmd);
         session.endRecording();
-        ASSERT_TRUE(test::waitUntil([&] { return m_server->requests().size() == 1; }));
+        ASSERT_TRUE(waitUntil([&] { return m_server->requests().size() == 1; }));
         elapsed.start();
     }
     EXPECT_LT(elapsed.elapsed(), 500);
-    test::turnEventLoopFor(50ms);
+    turnEventLoopFor(50ms);
     EXPECT_THAT(m_host.seen, Not(Contains("error")));
 }
 
 }  // namespace
-}  // namespace sayloft
+}  // namespace sayloft::test

@@ -36,7 +36,7 @@ TEST_F(TheRecorderInTrouble, fallsBackToTheDefaultInput) {
     plugInUsb();
     server.setDefaultMicrophone(usb);
     server.removeMicrophone(builtin);
-    ASSERT_TRUE(waitUntil([this] { return !InputDevices(pulse).deviceIDForUID(builtin); }));
+    ASSERT_TRUE(waitUntil([this] { return !InputDevices(input).deviceIDForUID(builtin); }));
     recorder.deviceUID = QStringLiteral("left at the office");
     expectNextDictationWorks();
     EXPECT_EQ(home.log(), QStringLiteral("no capture device resolved — using default input\n"
@@ -73,7 +73,7 @@ TEST_F(TheRecorderInTrouble, neverGoesOnWithTheSpeakersWhenNoMicrophoneIsLeft) {
     plugInUsb();
     server.setDefaultMicrophone(usb);
     server.removeMicrophone(builtin);
-    ASSERT_TRUE(waitUntil([this] { return !InputDevices(pulse).deviceIDForUID(builtin); }));
+    ASSERT_TRUE(waitUntil([this] { return !InputDevices(input).deviceIDForUID(builtin); }));
     record(600ms);
     server.removeMicrophone(usb);
     ASSERT_TRUE(captureEnds());
@@ -82,7 +82,7 @@ TEST_F(TheRecorderInTrouble, neverGoesOnWithTheSpeakersWhenNoMicrophoneIsLeft) {
     EXPECT_EQ(heard, Samples(heard.size())) << "nothing of what the speakers played";
     plugInUsb();
     server.setDefaultMicrophone(usb);
-    ASSERT_TRUE(waitUntil([this] { return pulse.inputFormat(std::nullopt).sampleRate > 0; }));
+    ASSERT_TRUE(waitUntil([this] { return input.inputFormat(std::nullopt).sampleRate > 0; }));
     expectNextDictationWorks();
 }
 
@@ -128,7 +128,7 @@ TEST_F(TheRecorderInTrouble, isSilentAndQuickWhileTheServerIsFrozen) {
 
 TEST_F(TheRecorderInTrouble, waitsForAServerThatIsNotThere) {
     server.kill();
-    ASSERT_TRUE(waitUntil([this] { return pulse.devices().empty(); }));
+    ASSERT_TRUE(waitUntil([this] { return input.devices().empty(); }));
     EXPECT_LT(duration([this] { recorder.start(); }), atOnce);
     EXPECT_EQ(recorder.stop(), nullptr);
     EXPECT_EQ(home.log(), QStringLiteral("no capture device resolved — using default input\n"
@@ -145,8 +145,8 @@ TEST_F(TheRecorderInTrouble, tellsWhyTheServerRefusedItsStream) {
     std::vector<std::unique_ptr<AudioCapture>> others;
     others.reserve(256);
     for (int i = 0; i < 256; ++i) {
-        others.push_back(pulse
-                             .startCapture({.device = InputDevices(pulse).builtInInputDeviceID(),
+        others.push_back(input
+                             .startCapture({.device = InputDevices(input).builtInInputDeviceID(),
                                             .onBuffer = [](const AudioBuffer&) {},
                                             .onEnd = [](const QString&) {}})
                              .capture);

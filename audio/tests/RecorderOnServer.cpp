@@ -19,7 +19,7 @@ QString RecorderOnServer::soundFile(const Samples& samples) const {
 }
 
 bool RecorderOnServer::appears(const QString& uid) const {
-    return waitUntil([&] { return InputDevices(pulse).deviceIDForUID(uid).has_value(); }, 5s);
+    return waitUntil([&] { return InputDevices(input).deviceIDForUID(uid).has_value(); }, 5s);
 }
 
 void RecorderOnServer::plugInUsb() {

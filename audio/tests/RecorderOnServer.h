@@ -47,8 +47,7 @@ protected:
 
     TempHome home;
     SoundServer server;
-    AudioInputPulse pulse;
-    WatchedAudioInput input{pulse};
+    WatchedAudioInput input;
     Recorder recorder{input};
     const QString builtin = QStringLiteral("builtin");
     const QString usb = QStringLiteral("usb");

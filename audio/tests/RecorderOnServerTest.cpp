@@ -213,7 +213,7 @@ TEST_F(TheRecorderOnAServer, keepsWhatIsSaidInTheLastMillisecondsBeforeTheStop) 
     const Samples said = noise(5 * rate);
     Witness witness;
     const auto capture =
-        pulse.startCapture(witness.request(InputDevices(pulse).deviceIDForUID(builtin))).capture;
+        input.startCapture(witness.request(InputDevices(input).deviceIDForUID(builtin))).capture;
     const QString path = soundFile(said);
     recorder.start();
     const ChildProgram speaker = server.startPlaying(path);
@@ -233,7 +233,7 @@ TEST_F(TheRecorderOnAServer, keepsAClickInTheLastMoment) {
     silenceAndClick.resize(3 * rate);
     Witness witness;
     const auto capture =
-        pulse.startCapture(witness.request(InputDevices(pulse).deviceIDForUID(builtin))).capture;
+        input.startCapture(witness.request(InputDevices(input).deviceIDForUID(builtin))).capture;
     const auto clicks = [&witness] {
         const std::lock_guard lock(witness.mutex);
         return !witness.heard.empty() && std::ranges::max(witness.heard) == 32000;

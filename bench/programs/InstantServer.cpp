@@ -4,13 +4,14 @@
 // moments of its arrival and of its answer in nanoseconds of CLOCK_MONOTONIC; "<model>.wav" is the
 // first recording that came.
 
+#include "tests/support/Loopback.h"
+
 #include <array>
 #include <chrono>
 #include <cstdint>
 #include <fstream>
 #include <string>
 
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -86,16 +87,10 @@ void answer(int connection, const std::string& model) {
 int main(int argc, char** argv) {
     if (argc != 7)
         return 2;
-    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
-    const int on = 1;
-    ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(std::stoi(argv[6])));
-    if (::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    const int listener =
+        sayloft::test::listenOnLoopback(static_cast<std::uint16_t>(std::stoi(argv[6])));
+    if (listener < 0)
         return 3;
-    ::listen(listener, 16);
     for (;;)
         answer(::accept(listener, nullptr, nullptr), argv[2]);
 }

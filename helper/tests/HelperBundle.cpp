@@ -64,6 +64,10 @@ Ending HelperBundle::run(const QStringList& arguments) const {
     return {helper.exitCode(), output, QString::fromUtf8(helper.standardError())};
 }
 
+Ending HelperBundle::runWith(const QString& model) const {
+    return run(arguments(model, sayloft::test::freePort()));
+}
+
 StarterServer::StarterServer()
     : m_port(sayloft::test::freePort()),
       m_program(m_bundle.program(), HelperBundle::arguments(m_bundle.starterModel(), m_port)) {

@@ -37,6 +37,8 @@ public:
 
     /// Runs the helper to its end; fails the test when that takes more than 20 s.
     [[nodiscard]] Ending run(const QStringList& arguments) const;
+    /// The same with this model, on a free port.
+    [[nodiscard]] Ending runWith(const QString& model) const;
     [[nodiscard]] static QStringList arguments(const QString& model, std::uint16_t port);
 
 private:

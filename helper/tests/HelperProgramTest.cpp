@@ -23,10 +23,6 @@ using test::installProgram;
 
 class HelperProgram : public testing::Test {
 protected:
-    [[nodiscard]] Ending runWith(const QString& model) const {
-        return m_bundle.run(HelperBundle::arguments(model, freePort()));
-    }
-
     [[nodiscard]] QString modelFile(const QByteArray& content) const {
         QString path = m_bundle.root() + QStringLiteral("/some.gguf");
         writeFile(path, content);
@@ -53,14 +49,14 @@ TEST_F(HelperProgram, isForThisMachineAlone) {
 
 TEST_F(HelperProgram, saysThatTheModelCannotBeRead) {
     expectFailure(
-        runWith(QStringLiteral("/nowhere/x.gguf")),
+        m_bundle.runWith(QStringLiteral("/nowhere/x.gguf")),
         QStringLiteral("cannot read the model /nowhere/x.gguf: No such file or directory"));
-    expectFailure(runWith(m_bundle.root()),
+    expectFailure(m_bundle.runWith(m_bundle.root()),
                   QStringLiteral("the model %1 is not a file").arg(m_bundle.root()));
 }
 
 TEST_F(HelperProgram, keepsItsMessageToOneLineWhateverThePath) {
-    expectFailure(runWith(QStringLiteral("/no\nwhere")),
+    expectFailure(m_bundle.runWith(QStringLiteral("/no\nwhere")),
                   QStringLiteral("cannot read the model /no?where: No such file or directory"));
 }
 
@@ -70,13 +66,13 @@ TEST_F(HelperProgram, refusesAModelOfAnUnknownKind) {
                                                                8)}) {
         const QString path = modelFile(content);
         expectFailure(
-            runWith(path),
+            m_bundle.runWith(path),
             QStringLiteral("the model %1 is neither a GGUF file nor a starter model").arg(path));
     }
 }
 
 TEST_F(HelperProgram, saysWhereItLookedForAGgufServer) {
-    expectFailure(runWith(modelFile("GGUF\3\0\0\0")),
+    expectFailure(m_bundle.runWith(modelFile("GGUF\3\0\0\0")),
                   QStringLiteral("this is a GGUF model, and no server for it was found at %1 or %2")
                       .arg(m_bundle.serverBesideUs(), m_bundle.serverInSourceTree()));
 }
@@ -143,7 +139,7 @@ TEST_F(HelperProgram, goesOnToTheSecondPlaceWhenTheFirstCannotBeRun) {
 TEST_F(HelperProgram, saysThatTheGgufServerCannotBeStarted) {
     writeFile(m_bundle.serverBesideUs(), QByteArray(100, '\x01'));
     QFile::setPermissions(m_bundle.serverBesideUs(), QFile::ReadOwner | QFile::ExeOwner);
-    expectFailure(runWith(modelFile("GGUF")),
+    expectFailure(m_bundle.runWith(modelFile("GGUF")),
                   QStringLiteral("cannot start the server for GGUF models: %1: Exec format error")
                       .arg(m_bundle.serverBesideUs()));
 }
@@ -151,7 +147,7 @@ TEST_F(HelperProgram, saysThatTheGgufServerCannotBeStarted) {
 TEST_F(HelperProgram, neverTakesItselfForTheGgufServer) {
     QDir().mkpath(QFileInfo(m_bundle.serverBesideUs()).path());
     ASSERT_TRUE(QFile::link(m_bundle.program(), m_bundle.serverBesideUs()));
-    expectFailure(runWith(modelFile("GGUF")),
+    expectFailure(m_bundle.runWith(modelFile("GGUF")),
                   QStringLiteral("this is a GGUF model, and no server for it was found at %1 or %2")
                       .arg(m_bundle.serverBesideUs(), m_bundle.serverInSourceTree()));
 }
@@ -162,16 +158,9 @@ TEST_F(HelperProgram, doesNotHandOverInARingOfCopies) {
                          QStringLiteral("/parakeet.cpp/parakeet-server");
     QDir().mkpath(QFileInfo(back).path());
     ASSERT_TRUE(QFile::link(m_bundle.program(), back));
-    expectFailure(runWith(modelFile("GGUF")),
+    expectFailure(m_bundle.runWith(modelFile("GGUF")),
                   QStringLiteral("the server found for GGUF models is a copy of this program"));
 }
-
-#ifndef SAYLOFT_STARTER
-TEST_F(HelperProgram, saysThatItWasBuiltWithoutTheStarter) {
-    expectFailure(runWith(m_bundle.starterModel()),
-                  QStringLiteral("this build has no starter recogniser"));
-}
-#endif
 
 }  // namespace
 }  // namespace sayloft::helper

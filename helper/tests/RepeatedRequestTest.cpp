@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "helper/HttpService.h"
 
+#include "helper/tests/RunningService.h"
 #include "helper/tests/SampleRequests.h"
 #include "tests/support/RawHttp.h"
 #include "tests/support/WaitUntil.h"
@@ -12,7 +13,6 @@
 #include <mutex>
 #include <stdexcept>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
@@ -20,7 +20,6 @@ namespace sayloft::helper {
 namespace {
 
 using namespace std::chrono_literals;
-using sayloft::test::exchange;
 using sayloft::test::RawConnection;
 using sayloft::test::waitUntil;
 using test::appForm;
@@ -67,23 +66,10 @@ private:
 
 class RepeatedRequest : public testing::Test {
 protected:
-    RepeatedRequest() {
-        const auto bound = m_service.bind(m_port);
-        if (std::holds_alternative<Problem>(bound))
-            throw std::runtime_error(std::get<Problem>(bound).reason);
-        m_thread = std::jthread([this] {
-            m_service.serve([this](const Samples& samples) { return m_held.recognise(samples); });
-        });
-        static_cast<void>(exchange(m_port, "GET / HTTP/1.1\r\n\r\n"));  // it is running
-    }
-
-    ~RepeatedRequest() override {
-        m_held.release();
-        m_service.stop();
-    }
+    ~RepeatedRequest() override { m_held.release(); }
 
     [[nodiscard]] std::unique_ptr<RawConnection> ask(const std::string& wav) const {
-        auto connection = std::make_unique<RawConnection>(m_port);
+        auto connection = std::make_unique<RawConnection>(m_service.port());
         EXPECT_TRUE(connection->send(postOf(appForm(wav))));
         return connection;
     }
@@ -108,9 +94,9 @@ protected:
     }
 
     HeldRecogniser m_held;
-    std::uint16_t m_port = sayloft::test::freePort();
-    HttpService m_service{RequestLimits{.transferTime = 2s, .lingerTime = 200ms}};
-    std::jthread m_thread;
+    test::RunningService m_service{
+        RequestLimits{.transferTime = 2s, .lingerTime = 200ms},
+        [this](const Samples& samples) { return m_held.recognise(samples); }};
 };
 
 using Lengths = std::vector<std::size_t>;

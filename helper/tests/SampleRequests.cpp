@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "helper/tests/SampleRequests.h"
 
+#include <array>
+#include <cstdio>
+
 namespace sayloft::helper::test {
 namespace {
 
@@ -63,6 +66,21 @@ std::string postOf(std::string_view body, std::string_view headers) {
     return post(std::string(headers) + formType() +
                     "Content-Length: " + std::to_string(body.size()) + "\r\n",
                 body);
+}
+
+std::string chunkedType() {
+    return "Transfer-Encoding: chunked\r\n" + formType();
+}
+
+std::string chunked(std::string_view body, std::size_t size) {
+    std::string text;
+    for (std::size_t i = 0; i < body.size(); i += size) {
+        const std::string_view part = body.substr(i, size);
+        std::array<char, 20> length{};
+        std::snprintf(length.data(), length.size(), "%zx\r\n", part.size());
+        text += length.data() + std::string(part) + "\r\n";
+    }
+    return text + "0\r\n\r\n";
 }
 
 }  // namespace sayloft::helper::test

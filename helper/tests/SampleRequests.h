@@ -33,4 +33,8 @@ struct WavFormat {
 /// The Content-Type header's line, with its end.
 [[nodiscard]] std::string formType();
 
+/// The same for a form that comes in chunks, and a body cut into chunks of `size` bytes.
+[[nodiscard]] std::string chunkedType();
+[[nodiscard]] std::string chunked(std::string_view body, std::size_t size);
+
 }  // namespace sayloft::helper::test

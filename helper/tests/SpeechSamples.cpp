@@ -46,6 +46,9 @@ SpeechSample readTranscription(const QString& line) {
             match.captured(1).toStdString()};
 }
 
+// Of a file without further parts. The tool would take it for sound.
+constexpr int wavHeaderBytes = 44;
+
 // The tool takes paths without their first slash and their extension.
 QByteArray controlFile(const std::vector<SpeechSample>& samples) {
     QByteArray lines;
@@ -61,6 +64,7 @@ QStringList toolArguments(const QString& control, const QString& hypotheses) {
             QStringLiteral("-lm"),     modelFolder + QStringLiteral("en-us.lm.bin"),
             QStringLiteral("-dict"),   modelFolder + QStringLiteral("cmudict-en-us.dict"),
             QStringLiteral("-adcin"),  QStringLiteral("yes"),
+            QStringLiteral("-adchdr"), QString::number(wavHeaderBytes),
             QStringLiteral("-cepdir"), QStringLiteral("/"),
             QStringLiteral("-cepext"), QStringLiteral(".wav"),
             QStringLiteral("-ctl"),    control,
@@ -95,9 +99,8 @@ std::string wavOf(const SpeechSample& sample) {
 }
 
 double secondsOf(const SpeechSample& sample) {
-    constexpr double headerBytes = 44;
     constexpr double bytesASecond = 2 * 16000;
-    return (static_cast<double>(wavOf(sample).size()) - headerBytes) / bytesASecond;
+    return (static_cast<double>(wavOf(sample).size()) - wavHeaderBytes) / bytesASecond;
 }
 
 std::vector<SpeechSample> recordedSpeech() {
@@ -126,13 +129,14 @@ std::vector<SpeechSample> synthesisedSpeech(const QTemporaryDir& directory) {
     return samples;
 }
 
-CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples) {
+CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples,
+                                  const QStringList& settings) {
     const QTemporaryDir directory;
     const QString control = directory.filePath(QStringLiteral("files"));
     const QString hypotheses = directory.filePath(QStringLiteral("heard"));
     sayloft::test::writeFile(control, controlFile(samples));
     CommandLineRun result;
-    result.decoding = decodingTimes(logOfTool(toolArguments(control, hypotheses)));
+    result.decoding = decodingTimes(logOfTool(toolArguments(control, hypotheses) + settings));
     // A line is `words (name score)`; a sample without words has an empty one.
     for (const QString& line : linesOf(sayloft::test::readFile(hypotheses)))
         result.heard.push_back(

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 
 #include <string>
@@ -36,13 +37,14 @@ struct Duration {
     double wall = 0;
 };
 
-/// What the recogniser's own command-line tool, pocketsphinx_batch with its defaults, made of some
-/// samples, one entry for each in their order.
+/// What the recogniser's own command-line tool, pocketsphinx_batch, made of some samples, one entry
+/// for each in their order. `settings` are arguments of the tool beside its defaults.
 struct CommandLineRun {
     std::vector<std::string> heard;
     std::vector<Duration> decoding;  ///< as the tool reports it, without the loading
 };
-[[nodiscard]] CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples);
+[[nodiscard]] CommandLineRun runCommandLineTool(const std::vector<SpeechSample>& samples,
+                                                const QStringList& settings = {});
 
 /// Percentage of wrong words over all samples; `heard` has one entry for each.
 [[nodiscard]] double errorRate(const std::vector<SpeechSample>& samples,

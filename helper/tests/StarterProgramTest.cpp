@@ -30,10 +30,6 @@ constexpr auto atOnce = 2s;
 
 class StarterProgram : public testing::Test {
 protected:
-    [[nodiscard]] Ending runWith(const QString& model) const {
-        return m_bundle.run(HelperBundle::arguments(model, freePort()));
-    }
-
     [[nodiscard]] QString starterWith(const QString& acoustic, const QString& language,
                                       const QString& dictionary) const {
         QString path = m_bundle.root() + QStringLiteral("/some.model");
@@ -67,7 +63,7 @@ TEST_F(StarterProgram, saysThatTheRecogniserCannotLoadADamagedModel) {
     for (const QString& model :
          {starterWith(damaged + QStringLiteral("hmm"), enUsLanguage, enUsWords),
           starterWith(enUs, damaged + QStringLiteral("file"), enUsWords)}) {
-        const Ending ending = runWith(model);
+        const Ending ending = m_bundle.runWith(model);
         EXPECT_EQ(ending.exitCode, 1);
         EXPECT_EQ(ending.standardError.count(QLatin1Char('\n')), 1)
             << ending.standardError.toStdString();
@@ -78,7 +74,7 @@ TEST_F(StarterProgram, saysThatTheRecogniserCannotLoadADamagedModel) {
 }
 
 TEST_F(StarterProgram, namesThePackageOfAMissingModel) {
-    expectFailure(runWith(starterWith(enUs, QStringLiteral("/nowhere.lm"), enUsWords)),
+    expectFailure(m_bundle.runWith(starterWith(enUs, QStringLiteral("/nowhere.lm"), enUsWords)),
                   QStringLiteral("/nowhere.lm is missing or unreadable, install the package "
                                  "pocketsphinx-en-us"));
 }

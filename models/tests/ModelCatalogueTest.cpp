@@ -29,20 +29,6 @@ TEST_F(ModelCatalogue, beginsWithTheTwoParakeetModels) {
     EXPECT_EQ(MODELS[1].label, QStringLiteral("English only (v2) — best for English"));
 }
 
-#ifdef SAYLOFT_STARTER
-TEST_F(ModelCatalogue, endsWithTheStarterThatIsNeverDownloaded) {
-    ASSERT_EQ(MODELS.size(), 3U);
-    EXPECT_EQ(MODELS[2].key, QStringLiteral("starter"));
-    EXPECT_EQ(MODELS[2].file, QStringLiteral("starter-en-us.model"));
-    EXPECT_TRUE(MODELS[2].url.isEmpty());
-    EXPECT_EQ(MODELS[2].label, QStringLiteral("Starter — English, offline, lower accuracy"));
-}
-#else
-TEST_F(ModelCatalogue, holdsNothingElseWithoutTheStarter) {
-    EXPECT_EQ(MODELS.size(), 2U);
-}
-#endif
-
 TEST_F(ModelCatalogue, findsModelsByTheirExactKeyAndFallsBackToTheFirst) {
     EXPECT_EQ(modelInfo(QStringLiteral("english")).key, MODELS[1].key);
     EXPECT_EQ(modelInfo(QStringLiteral("English")).key, MODELS[0].key);

@@ -19,6 +19,8 @@ struct HeldModifiersX11 {
     /// applications open a launcher or a menu when such a key is released alone.
     std::vector<xcb_keycode_t> afterOthers;
 
+    [[nodiscard]] bool empty() const { return beforeOthers.empty() && afterOthers.empty(); }
+
     /// Empty when the server is gone. One round trip.
     [[nodiscard]] static HeldModifiersX11 read(xcb_connection_t* connection, const KeyMapX11& map);
 };

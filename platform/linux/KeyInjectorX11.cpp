@@ -15,16 +15,19 @@ bool KeyInjectorX11::isAvailable() const {
     return extension != nullptr && extension->present != 0;
 }
 
-bool KeyInjectorX11::type(const KeyChordX11& chord, const KeyMapX11& map, std::uint32_t group) {
+KeyInjectorX11::Typed KeyInjectorX11::type(const KeyChordX11& chord, const KeyMapX11& map,
+                                           std::uint32_t group, HeldKeys heldKeys) {
     const auto key = map.keyFor(chord.key, group);
     std::optional<xcb_keycode_t> modifierKey;
     if (chord.modifier)
         modifierKey = map.modifierKey(chord.modifier->index, chord.modifier->keysym);
     if (!key || (chord.modifier && !modifierKey))
-        return false;
+        return Typed::noSuchKey;
     {
         const StickyModifiersX11 withoutSticky(m_connection, map.lockModifiers());
         const HeldModifiersX11 held = HeldModifiersX11::read(m_connection, map);
+        if (heldKeys == HeldKeys::refuse && !held.empty())
+            return Typed::heldKeys;
         for (const xcb_keycode_t other : held.beforeOthers)
             release(other);
         if (modifierKey)
@@ -37,7 +40,7 @@ bool KeyInjectorX11::type(const KeyChordX11& chord, const KeyMapX11& map, std::u
             release(*modifierKey);
     }
     waitForServer();
-    return true;
+    return Typed::yes;
 }
 
 void KeyInjectorX11::press(xcb_keycode_t key) {

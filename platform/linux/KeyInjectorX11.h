@@ -31,11 +31,15 @@ public:
     /// Whether the server lets clients type; must be asked before `type`.
     [[nodiscard]] bool isAvailable() const;
 
-    /// Presses and releases `chord` in layout `group` (from 0). Modifier keys that are down are
-    /// released and stay released: pressing a key again that its owner lets go of at that moment
-    /// would leave it stuck. On return the server has done everything. False, and nothing was
-    /// typed, when the map has no such key.
-    [[nodiscard]] bool type(const KeyChordX11& chord, const KeyMapX11& map, std::uint32_t group);
+    /// What to do about modifier keys that are down.
+    enum class HeldKeys { release, refuse };
+    enum class Typed { yes, noSuchKey, heldKeys };
+
+    /// Presses and releases `chord` in layout `group` (from 0). On return the server has done
+    /// everything; nothing was typed unless the answer is `yes`. Keys that were released stay so:
+    /// pressing a key again that its owner lets go of at that moment would leave it stuck.
+    [[nodiscard]] Typed type(const KeyChordX11& chord, const KeyMapX11& map, std::uint32_t group,
+                             HeldKeys heldKeys);
 
 private:
     void press(xcb_keycode_t key);

@@ -4,6 +4,7 @@
 #include "platform/ModifierWatch.h"
 #include "platform/Mods.h"
 #include "platform/linux/FocusX11.h"
+#include "platform/linux/HeldModifiersX11.h"
 #include "platform/linux/XkbState.h"
 
 #include <QPointer>
@@ -41,6 +42,13 @@ private:
     ModifierWatch& m_watch;
 };
 
+XcbConnection connectForTyping() {
+    XcbConnection connection = connectToXServer();
+    const bool canType =
+        connection && useXkb(connection.get()) && KeyInjectorX11(connection.get()).isAvailable();
+    return canType ? std::move(connection) : nullptr;
+}
+
 }  // namespace
 
 KeyPosterX11::KeyPosterX11(ModifierWatch& watch, PasteOffer offer)
@@ -59,7 +67,7 @@ void KeyPosterX11::postKey(std::uint16_t virtualKey, std::uint64_t flags, Posted
 void KeyPosterX11::whenReady(const Posted& ready) {
     if (!std::exchange(m_hasWaited, true))
         m_sinceStart.start();
-    if (connect() && readKeyMap() && mustWaitForHeldKeys()) {
+    if (connect() && mustWaitForHeldKeys()) {
         QTimer::singleShot(heldKeysInterval, this, [this, ready] { whenReady(ready); });
         return;
     }
@@ -70,29 +78,29 @@ void KeyPosterX11::startNext() {
     m_offered = Offer::none;
     if (!std::exchange(m_hasWaited, false))
         m_sinceStart.start();
-    if (!connect() || !readKeyMap())
-        return finish();
     proceed();
 }
 
 // Comes back here after every wait: what was true before it may have changed meanwhile.
 void KeyPosterX11::proceed() {
-    if (mustWaitForHeldKeys()) {
-        // PRIMARY is lent for a moment only.
-        m_offered = Offer::none;
-        QTimer::singleShot(heldKeysInterval, this, [this] { proceed(); });
-        return;
-    }
-    if (!readKeyMap())
+    if (!connect())
         return finish();
+    if (mustWaitForHeldKeys())
+        return proceedLater();
     const std::optional<Plan> next = plan(m_requests.front());
     if (!next)
         return finish();
     if (next->offer != m_offered)
         return getOffered(next->offer);
-    if (inject(next->chord) == Outcome::heldKeys)
-        return proceed();
+    if (inject(next->chord) == KeyInjectorX11::Typed::heldKeys)
+        return proceedLater();
     finish();
+}
+
+void KeyPosterX11::proceedLater() {
+    // PRIMARY is lent for a moment only.
+    m_offered = Offer::none;
+    QTimer::singleShot(heldKeysInterval, this, [this] { proceed(); });
 }
 
 void KeyPosterX11::finish() {
@@ -120,24 +128,21 @@ bool KeyPosterX11::connect() {
     // Takes away what the server tells every client, and notices when the server has gone.
     while (m_connection && XcbOwned<xcb_generic_event_t>(xcb_poll_for_event(m_connection.get())))
         continue;
-    if (m_connection && xcb_connection_has_error(m_connection.get()) == 0)
-        return true;
-    m_connection = connectToXServer();
-    return m_connection && useXkb(m_connection.get()) &&
-           KeyInjectorX11(m_connection.get()).isAvailable();
-}
-
-bool KeyPosterX11::readKeyMap() {
+    if (!m_connection || xcb_connection_has_error(m_connection.get()) != 0)
+        m_connection = connectForTyping();
+    if (!m_connection)
+        return false;
     m_map = KeyMapX11::read(m_connection.get());
     return m_map.has_value();
 }
 
 bool KeyPosterX11::mustWaitForHeldKeys() const {
-    const std::optional<XkbState> state = readXkbState(m_connection.get());
-    if (!state || (state->base & ~m_map->lockModifiers()) == 0)
-        return false;
+    return !HeldModifiersX11::read(m_connection.get(), *m_map).empty() && !mayReleaseHeldKeys();
+}
+
+bool KeyPosterX11::mayReleaseHeldKeys() const {
     const bool mayRelease = !m_mayRelease || m_mayRelease();
-    return !mayRelease || !m_sinceStart.hasExpired(longestWaitForHeldKeys.count());
+    return mayRelease && m_sinceStart.hasExpired(longestWaitForHeldKeys.count());
 }
 
 std::optional<KeyPosterX11::Plan> KeyPosterX11::plan(const Request& request) const {
@@ -156,15 +161,15 @@ KeyPosterX11::Plan KeyPosterX11::pastePlan() const {
     return {.chord = hasLatinV ? controlV : shiftInsert, .offer = Offer::clipboard};
 }
 
-KeyPosterX11::Outcome KeyPosterX11::inject(const KeyChordX11& chord) {
+KeyInjectorX11::Typed KeyPosterX11::inject(const KeyChordX11& chord) {
+    using HeldKeys = KeyInjectorX11::HeldKeys;
     const Injection injection(m_watch);
-    // The watch has just reported what it had not yet: perhaps a new dictation.
-    if (mustWaitForHeldKeys())
-        return Outcome::heldKeys;
+    // The watch has just reported what it had not yet: perhaps a new dictation. Another one may
+    // begin before the injector looks, which is why it is told what to do then.
+    const HeldKeys heldKeys = mayReleaseHeldKeys() ? HeldKeys::release : HeldKeys::refuse;
     const std::optional<XkbState> state = readXkbState(m_connection.get());
-    KeyInjectorX11 injector(m_connection.get());
-    static_cast<void>(injector.type(chord, *m_map, state ? state->group : 0));
-    return Outcome::done;
+    return KeyInjectorX11(m_connection.get())
+        .type(chord, *m_map, state ? state->group : 0, heldKeys);
 }
 
 }  // namespace sayloft

@@ -43,7 +43,6 @@ public:
 
 private:
     enum class Offer { none, clipboard, primary };
-    enum class Outcome { done, heldKeys };
     struct Request {
         std::uint16_t virtualKey;
         std::uint64_t flags;
@@ -56,14 +55,16 @@ private:
 
     void startNext();
     void proceed();
+    void proceedLater();
     void finish();
     void getOffered(Offer offer);
+    /// Whether there is a server to type with. Reads the keyboard map as it is now.
     [[nodiscard]] bool connect();
-    [[nodiscard]] bool readKeyMap();
     [[nodiscard]] bool mustWaitForHeldKeys() const;
+    [[nodiscard]] bool mayReleaseHeldKeys() const;
     [[nodiscard]] std::optional<Plan> plan(const Request& request) const;
     [[nodiscard]] Plan pastePlan() const;
-    [[nodiscard]] Outcome inject(const KeyChordX11& chord);
+    [[nodiscard]] KeyInjectorX11::Typed inject(const KeyChordX11& chord);
 
     ModifierWatch& m_watch;
     PasteOffer m_offer;

@@ -1,20 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/PrivacySettingsX11.h"
 
-#include "platform/linux/XcbHandles.h"
-
-#include <QProcess>
-#include <QStandardPaths>
-#include <QStringList>
+#include "platform/linux/SettingsPrograms.h"
 
 #include <xcb/xtest.h>
 
+#include <cstdint>
 #include <cstring>
-#include <vector>
+#include <optional>
+#include <utility>
 
 namespace sayloft {
 namespace {
 
+// Asks the server itself; libxcb's own functions for it remember the first answer.
 bool hasExtension(xcb_connection_t* connection, const char* name) {
     const auto cookie =
         xcb_query_extension(connection, static_cast<std::uint16_t>(std::strlen(name)), name);
@@ -23,31 +22,56 @@ bool hasExtension(xcb_connection_t* connection, const char* name) {
     return reply && reply->present != 0;
 }
 
-/// Programs that hold the setting, the most fitting first.
-std::vector<QStringList> settingsPrograms(const QString& anchor) {
+/// Whether the server is still there. Takes in what it has sent unasked, such as changes of the
+/// keyboard map, which every client gets.
+bool isAlive(xcb_connection_t* connection) {
+    while (const XcbOwned<xcb_generic_event_t> event{xcb_poll_for_event(connection)}) {
+    }
+    return xcb_connection_has_error(connection) == 0;
+}
+
+std::optional<PrivacyPane> paneOf(const QString& anchor) {
+    if (anchor == QStringLiteral("Privacy_Accessibility"))
+        return PrivacyPane::accessibility;
     if (anchor == QStringLiteral("Privacy_Microphone"))
-        return {{QStringLiteral("gnome-control-center"), QStringLiteral("sound")},
-                {QStringLiteral("systemsettings"), QStringLiteral("kcm_pulseaudio")},
-                {QStringLiteral("pavucontrol"), QStringLiteral("--tab=4")}};
-    return {{QStringLiteral("gnome-control-center"), QStringLiteral("universal-access")},
-            {QStringLiteral("systemsettings"), QStringLiteral("kcm_access")},
-            {QStringLiteral("xfce4-accessibility-settings")}};
+        return PrivacyPane::microphone;
+    return std::nullopt;
+}
+
+/// Opens the page in a web browser. Fails where the desktop knows none, rather than hand the page
+/// to an editor.
+QStringList openInBrowser(const QUrl& page) {
+    const QString script = QStringLiteral(
+        "browser=$(xdg-mime query default x-scheme-handler/https) && "
+        "[ -n \"$browser\" ] && "
+        "[ \"$browser\" = \"$(xdg-mime query default text/html)\" ] && "
+        "xdg-open \"$1\"");
+    return {QStringLiteral("/bin/sh"), QStringLiteral("-c"), script, QStringLiteral("sh"),
+            page.toString(QUrl::FullyEncoded)};
 }
 
 }  // namespace
 
+PrivacySettingsX11::PrivacySettingsX11(QString helpPage) : m_helpPage(std::move(helpPage)) {}
+
 bool PrivacySettingsX11::accessibilityTrusted() const {
-    const XcbConnection connection = connectToXServer();
-    return connection && hasExtension(connection.get(), "XKEYBOARD") &&
-           hasExtension(connection.get(), "XTEST");
+    if (!m_connection || !isAlive(m_connection.get()))
+        m_connection = connectToXServer();
+    return m_connection && hasExtension(m_connection.get(), "XKEYBOARD") &&
+           hasExtension(m_connection.get(), "XTEST");
 }
 
 void PrivacySettingsX11::open(const QUrl& pane) {
-    for (QStringList command : settingsPrograms(pane.query())) {
-        const QString program = QStandardPaths::findExecutable(command.takeFirst());
-        if (!program.isEmpty() && QProcess::startDetached(program, command))
-            return;
-    }
+    const std::optional<PrivacyPane> wanted = paneOf(pane.query());
+    if (!wanted)
+        return;
+    QUrl page = QUrl::fromLocalFile(m_helpPage);
+    page.setFragment(*wanted == PrivacyPane::microphone ? QStringLiteral("microphone")
+                                                        : QStringLiteral("accessibility"));
+    ProgramChain::Commands commands =
+        settingsPrograms(*wanted, qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
+    commands.push_back(openInBrowser(page));
+    m_programs.open(commands, [this, page] { m_help.show(page); });
 }
 
 }  // namespace sayloft

@@ -2,15 +2,30 @@
 #pragma once
 
 #include "platform/PrivacySettings.h"
+#include "platform/linux/HelpWindow.h"
+#include "platform/linux/ProgramChain.h"
+#include "platform/linux/XcbHandles.h"
+
+#include <QString>
 
 namespace sayloft {
 
 /// X11 lets every program watch and type keys; what can be missing are the server's extensions for
-/// it. The settings are those of the desktop that is installed.
+/// it. The settings are those of the running desktop, or else a page that explains what to do.
 class PrivacySettingsX11 : public PrivacySettings {
 public:
+    /// `helpPage` is an HTML file with the anchors "accessibility" and "microphone".
+    explicit PrivacySettingsX11(QString helpPage);
+
     [[nodiscard]] bool accessibilityTrusted() const override;
     void open(const QUrl& pane) override;
+
+private:
+    QString m_helpPage;
+    /// Kept, since a new one for every question costs the main thread time; made anew once lost.
+    mutable XcbConnection m_connection;
+    ProgramChain m_programs;
+    HelpWindow m_help;
 };
 
 }  // namespace sayloft

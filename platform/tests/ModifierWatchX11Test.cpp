@@ -2,6 +2,7 @@
 #include "platform/linux/ModifierWatchX11.h"
 
 #include "platform/Mods.h"
+#include "tests/support/RestartableXServer.h"
 #include "tests/support/TestKeyboard.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/XServer.h"
@@ -9,9 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <csignal>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace sayloft {
@@ -225,33 +224,8 @@ TEST(ModifierWatchX11WithoutServer, doesNotStartAndMayBeTriedAgain) {
     EXPECT_TRUE(watch.start([](std::uint64_t) {}));
 }
 
-/// A server that can be killed and started again under the same display number.
-class RestartableServer {
-public:
-    RestartableServer() : m_server(std::in_place) { m_display = m_server->display(); }
-
-    void kill() {
-        m_server->program().signal(SIGKILL);
-        static_cast<void>(m_server->program().waitForEnd(5s));
-        m_again.reset();
-    }
-    void startAgain() {
-        m_again.emplace(QStringLiteral("Xvfb"),
-                        QStringList{m_display, QStringLiteral("-noreset"),
-                                    QStringLiteral("-nolisten"), QStringLiteral("tcp")});
-        const bool up = test::waitUntil([] { return connectToXServer() != nullptr; });
-        if (!up)
-            throw std::runtime_error("the X server did not come back");
-    }
-
-private:
-    std::optional<test::XServer> m_server;
-    QString m_display;
-    std::optional<test::ChildProgram> m_again;
-};
-
 TEST(ModifierWatchX11LosingItsServer, countsHeldKeysAsReleasedAndReportsAgainAfterwards) {
-    RestartableServer server;
+    test::RestartableXServer server;
     std::vector<std::uint64_t> reported;
     ModifierWatchX11 watch;
     ASSERT_TRUE(watch.start([&](std::uint64_t flags) { reported.push_back(flags); }));

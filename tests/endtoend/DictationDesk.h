@@ -55,6 +55,10 @@ public:
     /// Half a second of noise.
     [[nodiscard]] const Samples& sound() const { return m_noise; }
     [[nodiscard]] QString soundFile() const { return m_noiseFile; }
+    /// The file of the last recording, which is left as it is until the next one begins.
+    [[nodiscard]] QString lastRecording() const {
+        return home() + QStringLiteral("/.sayloft/tmp/sayloft_rec.wav");
+    }
     /// What the speech server was sent, oldest first.
     [[nodiscard]] std::vector<Samples> recordings() const;
 
@@ -72,6 +76,7 @@ public:
     void waitForSound() const;
 
     [[nodiscard]] const XServer& display() const { return m_display; }
+    [[nodiscard]] const SessionBus& bus() const { return m_bus; }
     [[nodiscard]] TestKeyboard& keyboard() { return m_keyboard; }
     [[nodiscard]] SoundServer& room() { return m_room; }
     [[nodiscard]] TargetApplication& editor() { return m_editor; }

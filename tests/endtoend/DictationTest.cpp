@@ -1,50 +1,24 @@
 // SPDX-License-Identifier: MIT
-// Whole dictations with a speech server that answers as the test says.
-#include "tests/endtoend/DictationDesk.h"
+#include "tests/endtoend/Dictation.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/Xclip.h"
 
 #include <gtest/gtest.h>
 
-#include <csignal>
-
-namespace sayloft {
+namespace sayloft::test {
 namespace {
 
 using namespace std::chrono_literals;
-using test::DictationDesk;
-using test::RawAnswer;
-using test::TestKeyboard;
 
 /// What xclip finds on the clipboard; empty when there is nothing.
 QByteArray clipboard(const QByteArray& type = "UTF8_STRING") {
     try {
-        return test::pasteWithXclip(type);
+        return pasteWithXclip(type);
     } catch (const std::exception&) {
         return {};
     }
 }
-
-class Dictation : public testing::Test {
-protected:
-    void expectInEditor(const QString& text) {
-        EXPECT_EQ(m_desk.editor().textOnce(text).toStdString(), text.toStdString())
-            << m_desk.sayloft().log().toStdString();
-    }
-
-    /// Whether the last recording has all of the sound that was played.
-    void expectWholeSoundInLastRecording() {
-        const std::vector<test::Samples> recordings = m_desk.recordings();
-        ASSERT_FALSE(recordings.empty());
-        const test::Match match = test::find(m_desk.sound(), recordings.back());
-        // The sound server may swallow the first 20 ms of what is played.
-        EXPECT_GE(match.heard, m_desk.sound().size() - 320);
-        EXPECT_GT(match.likeness, 0.9);
-    }
-
-    DictationDesk m_desk;
-};
 
 TEST_F(Dictation, isPastedWhereTheFocusIs) {
     m_desk.startSayloft({RawAnswer::ok("  hello world\n")});
@@ -75,8 +49,7 @@ TEST_F(Dictation, isKeptInTheHistoryNewestFirst) {
     m_desk.say();
     ASSERT_TRUE(m_desk.waitForTranscripts(1));
     m_desk.say();
-    EXPECT_TRUE(
-        test::waitUntil([this] { return m_desk.history() == R"(["second","first"])"; }, 10s))
+    EXPECT_TRUE(waitUntil([this] { return m_desk.history() == R"(["second","first"])"; }, 10s))
         << m_desk.history().toStdString();
 }
 
@@ -91,11 +64,11 @@ TEST_F(Dictation, isLoggedWithItsLengthInCharacters) {
 
 TEST_F(Dictation, withoutAWordChangesNeitherClipboardNorHistory) {
     m_desk.startSayloft({RawAnswer::ok(" \n"), RawAnswer::ok("words")});
-    test::XclipOwner copied({.data = "mine", .type = {}});
+    XclipOwner copied({.data = "mine", .type = {}});
     m_desk.say();
     ASSERT_TRUE(
         m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIPT len=0 trusted=true text=''")));
-    test::turnEventLoopFor(600ms);
+    turnEventLoopFor(600ms);
     // A program that loses the clipboard for a moment ends here.
     EXPECT_TRUE(copied.program().isRunning());
     EXPECT_EQ(clipboard(), "mine");
@@ -107,7 +80,7 @@ TEST_F(Dictation, withoutAWordChangesNeitherClipboardNorHistory) {
 TEST_F(Dictation, thatNobodyTranscribesFailsInTheLogAndTheNextOneWorks) {
     const RawAnswer busy = RawAnswer::status(503);
     m_desk.startSayloft({busy, busy, busy, busy, RawAnswer::ok("words")});
-    const test::XclipOwner copied({.data = "mine", .type = {}});
+    const XclipOwner copied({.data = "mine", .type = {}});
     m_desk.say();
     ASSERT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
     EXPECT_EQ(m_desk.recordings().size(), 4U);
@@ -129,7 +102,7 @@ TEST_F(Dictation, withNobodyAtThePortOfTheServerFailsInTheLog) {
 TEST_F(Dictation, thatTheServerForgetsIsAskedForAgainWhileOthersGoOn) {
     m_desk.startSayloft({RawAnswer::hang(), RawAnswer::ok("Second"), RawAnswer::ok("First")});
     m_desk.say();
-    ASSERT_TRUE(test::waitUntil([this] { return m_desk.recordings().size() == 1; }));
+    ASSERT_TRUE(waitUntil([this] { return m_desk.recordings().size() == 1; }));
     m_desk.say();
     ASSERT_TRUE(m_desk.waitForTranscripts(1, 5s));
     ASSERT_TRUE(m_desk.waitForTranscripts(2, 40s));
@@ -141,7 +114,7 @@ TEST_F(Dictation, isPastedInTheOrderInWhichTheServerAnswers) {
     slow.trickleMs = 25;
     m_desk.startSayloft({slow, RawAnswer::ok("Quick")});
     m_desk.say();
-    ASSERT_TRUE(test::waitUntil([this] { return m_desk.recordings().size() == 1; }));
+    ASSERT_TRUE(waitUntil([this] { return m_desk.recordings().size() == 1; }));
     m_desk.say();
     ASSERT_TRUE(m_desk.waitForTranscripts(2));
     EXPECT_EQ(m_desk.transcripts(), (QStringList{QStringLiteral("Quick"), QStringLiteral("Slow")}));
@@ -168,9 +141,9 @@ TEST_F(Dictation, endsWhenAModifierIsAddedAndAnotherOneBeginsWhenItIsGone) {
     m_desk.keyboard().press(TestKeyboard::altLeft);
     EXPECT_TRUE(m_desk.waitForTranscripts(1)) << "the chord is still held";
     expectWholeSoundInLastRecording();
-    ASSERT_TRUE(test::waitUntil([this] { return m_desk.openMicrophones() == 0; }));
+    ASSERT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 0; }));
     m_desk.keyboard().release(TestKeyboard::altLeft);
-    EXPECT_TRUE(test::waitUntil([this] { return m_desk.openMicrophones() == 1; }));
+    EXPECT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 1; }));
     m_desk.letGo();
     ASSERT_TRUE(m_desk.waitForTranscripts(2));
     expectInEditor(QStringLiteral("FirstSecond"));
@@ -191,7 +164,7 @@ TEST_P(DictationWith, worksLikeAnyOther) {
     ASSERT_NE(locked, 0);
     m_desk.say(DictationDesk::dictateEnter);
     ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    EXPECT_TRUE(test::waitUntil([this] { return m_desk.openMicrophones() == 0; }));
+    EXPECT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 0; }));
     EXPECT_EQ(m_desk.keyboard().lockedModifiers(), locked);
     expectInEditor(QStringLiteral("Some words\n"));
 }
@@ -205,109 +178,29 @@ INSTANTIATE_TEST_SUITE_P(Keyboard, DictationWith,
 
 TEST_F(Dictation, givesTheClipboardBackWithAllItsTypes) {
     QTemporaryDir files;
-    test::writeFile(files.filePath(QStringLiteral("html")), "<b>mine</b>");
-    test::writeFile(files.filePath(QStringLiteral("text")), "mine");
+    writeFile(files.filePath(QStringLiteral("html")), "<b>mine</b>");
+    writeFile(files.filePath(QStringLiteral("text")), "mine");
     m_desk.startSayloft({RawAnswer::ok("words")});
-    const test::ChildProgram owner(
-        QStringLiteral(QT_CLIPBOARD_OWNER),
-        {QStringLiteral("text/html"), files.filePath(QStringLiteral("html")),
-         QStringLiteral("text/plain"), files.filePath(QStringLiteral("text"))},
-        m_desk.display().environment());
-    ASSERT_TRUE(test::waitUntil([] { return clipboard() == "mine"; }));
+    const ChildProgram owner(QStringLiteral(QT_CLIPBOARD_OWNER),
+                             {QStringLiteral("text/html"), files.filePath(QStringLiteral("html")),
+                              QStringLiteral("text/plain"), files.filePath(QStringLiteral("text"))},
+                             m_desk.display().environment());
+    ASSERT_TRUE(waitUntil([] { return clipboard() == "mine"; }));
     m_desk.say();
     ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    EXPECT_TRUE(test::waitUntil([] { return clipboard() == "mine"; }, 5s));
+    EXPECT_TRUE(waitUntil([] { return clipboard() == "mine"; }, 5s));
     EXPECT_EQ(clipboard("text/html"), "<b>mine</b>");
     expectInEditor(QStringLiteral("words"));
 }
 
 TEST_F(Dictation, staysOnTheClipboardWhenItIsToStayThere) {
     m_desk.startSayloft({RawAnswer::ok("words")}, R"("leaveInClipboard":true)");
-    const test::XclipOwner copied({.data = "mine", .type = {}});
+    const XclipOwner copied({.data = "mine", .type = {}});
     m_desk.say();
     expectInEditor(QStringLiteral("words"));
-    test::turnEventLoopFor(600ms);
+    turnEventLoopFor(600ms);
     EXPECT_EQ(clipboard(), "words");
 }
 
-TEST_F(Dictation, withoutAnyMicrophoneIsSilentAndTheNextOneWorks) {
-    m_desk.startSayloft({RawAnswer::ok("words")});
-    m_desk.room().removeMicrophone(QStringLiteral("builtin"));
-    for (const TestKeyboard::Key key : DictationDesk::dictate)
-        m_desk.keyboard().press(key);
-    ASSERT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("(built-in mic: false)")));
-    test::turnEventLoopFor(500ms);
-    EXPECT_EQ(m_desk.openMicrophones(), 0);
-    m_desk.letGo();
-    test::turnEventLoopFor(500ms);
-    EXPECT_TRUE(m_desk.recordings().empty());
-    EXPECT_FALSE(m_desk.sayloft().log().contains(QStringLiteral("TRANSCRI")));
-
-    m_desk.room().addMicrophone(QStringLiteral("usb"),
-                                {{QStringLiteral("device.bus"), QStringLiteral("usb")}});
-    m_desk.room().setDefaultMicrophone(QStringLiteral("usb"));
-    m_desk.say();
-    expectInEditor(QStringLiteral("words"));
-    expectWholeSoundInLastRecording();
-}
-
-TEST_F(Dictation, worksAfterTheSoundServerWasStartedAnew) {
-    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
-    m_desk.say();
-    ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    m_desk.room().kill();
-    m_desk.room().restart();
-    m_desk.waitForSound();
-    m_desk.say();
-    ASSERT_TRUE(m_desk.waitForTranscripts(2));
-    expectInEditor(QStringLiteral("FirstSecond"));
-    expectWholeSoundInLastRecording();
-}
-
-TEST_F(Dictation, keepsWhatWasSaidBeforeTheSoundServerDied) {
-    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
-    m_desk.hold();
-    m_desk.room().play(m_desk.soundFile());
-    m_desk.room().kill();
-    m_desk.letGo();
-    ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    m_desk.room().restart();
-    m_desk.waitForSound();
-    m_desk.say();
-    ASSERT_TRUE(m_desk.waitForTranscripts(2));
-    expectInEditor(QStringLiteral("FirstSecond"));
-    expectWholeSoundInLastRecording();
-}
-
-TEST_F(Dictation, isShorterWhenTheSoundServerIsStartedAnewMeanwhile) {
-    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
-    m_desk.hold();
-    m_desk.room().play(m_desk.soundFile());
-    m_desk.room().kill();
-    m_desk.room().restart();
-    m_desk.waitForSound();
-    m_desk.letGo();
-    ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    m_desk.say();
-    ASSERT_TRUE(m_desk.waitForTranscripts(2));
-    expectInEditor(QStringLiteral("FirstSecond"));
-    expectWholeSoundInLastRecording();
-}
-
-TEST_F(Dictation, ofATapIsAShortRecordingAndTheNextOneWorks) {
-    m_desk.startSayloft({RawAnswer::ok("Short"), RawAnswer::ok("Long")});
-    for (const TestKeyboard::Key key : DictationDesk::dictate)
-        m_desk.keyboard().press(key);
-    test::turnEventLoopFor(30ms);
-    m_desk.letGo();
-    ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    ASSERT_EQ(m_desk.recordings().size(), 1U);
-    EXPECT_LT(m_desk.recordings().front().size(), 16000U);
-    m_desk.say();
-    ASSERT_TRUE(m_desk.waitForTranscripts(2));
-    expectInEditor(QStringLiteral("ShortLong"));
-    expectWholeSoundInLastRecording();
-}
-
 }  // namespace
-}  // namespace sayloft
+}  // namespace sayloft::test

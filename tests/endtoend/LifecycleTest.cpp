@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/SayloftProgram.h"
+#include "tests/support/SessionBus.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/XServer.h"
+#include "tests/support/XfceSession.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -33,6 +35,30 @@ protected:
         ASSERT_TRUE(m_sayloft->waitForHelper()) << m_sayloft->log().toStdString();
     }
 
+    /// The same with a helper that leaves a note when it is asked to end.
+    void startWithHelperThatNotes() {
+        const QString bundle = m_directory.filePath(QStringLiteral("own/Sayloft.app"));
+        QDir().mkpath(QFileInfo(bundle).path());
+        test::run(QStringLiteral("cp"),
+                  {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
+        test::run(QStringLiteral("cp"),
+                  {QStringLiteral(SAYLOFT_FOREIGN_HELPER),
+                   bundle + QStringLiteral("/Contents/Helpers/parakeet-server")});
+        test::writeFile(model(), "serve");
+        test::writeConfig(home(), R"({"model":"multilingual"})");
+        m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment, bundle);
+        ASSERT_TRUE(m_sayloft->waitForHelper());
+    }
+
+    [[nodiscard]] QString model() const {
+        return home() + QStringLiteral("/.sayloft/models/parakeet-tdt-0.6b-v3-f16.gguf");
+    }
+
+    void expectThatTheHelperWasAskedToEnd() const {
+        EXPECT_TRUE(QFile::exists(model() + QStringLiteral(".ended")));
+        EXPECT_FALSE(test::helperRuns());
+    }
+
     QTemporaryDir m_directory;
     std::unique_ptr<test::XServer> m_server = std::make_unique<test::XServer>();
     QProcessEnvironment m_environment;
@@ -47,34 +73,17 @@ struct SignalRow {
 class ProgramAskedToQuit : public Program, public testing::WithParamInterface<SignalRow> {};
 
 TEST_P(ProgramAskedToQuit, endsItsHelperFirstAndExitsWithZero) {
-    startAndWaitForTheHelper();
+    startWithHelperThatNotes();
     m_sayloft->program().signal(GetParam().number);
     ASSERT_TRUE(m_sayloft->program().waitForEnd(8s));
     EXPECT_EQ(m_sayloft->program().exitCode(), 0);
-    EXPECT_FALSE(test::helperRuns());
+    expectThatTheHelperWasAskedToEnd();
 }
 
 INSTANTIATE_TEST_SUITE_P(Signals, ProgramAskedToQuit,
                          testing::Values(SignalRow{"SIGTERM", SIGTERM}, SignalRow{"SIGINT", SIGINT},
                                          SignalRow{"SIGHUP", SIGHUP}),
                          [](const auto& row) { return row.param.name; });
-
-TEST_F(Program, asksItsHelperToEndAndWaitsForIt) {
-    const QString bundle = m_directory.filePath(QStringLiteral("own/Sayloft.app"));
-    QDir().mkpath(QFileInfo(bundle).path());
-    test::run(QStringLiteral("cp"),
-              {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
-    test::run(QStringLiteral("cp"), {QStringLiteral(SAYLOFT_FOREIGN_HELPER),
-                                     bundle + QStringLiteral("/Contents/Helpers/parakeet-server")});
-    const QString model = home() + QStringLiteral("/.sayloft/models/parakeet-tdt-0.6b-v3-f16.gguf");
-    test::writeFile(model, "serve");
-    test::writeConfig(home(), R"({"model":"multilingual"})");
-    m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment, bundle);
-    ASSERT_TRUE(m_sayloft->waitForHelper());
-    m_sayloft->program().signal(SIGTERM);
-    ASSERT_TRUE(m_sayloft->program().waitForEnd(8s));
-    EXPECT_TRUE(QFile::exists(model + QStringLiteral(".ended")));
-}
 
 TEST_F(Program, neverLeavesItsHelperBehindWhenItIsKilled) {
     startAndWaitForTheHelper();
@@ -90,11 +99,48 @@ TEST_F(Program, neverLeavesItsHelperBehindWhenItCrashes) {
     EXPECT_TRUE(test::waitUntil([] { return !test::helperRuns(); }));
 }
 
-TEST_F(Program, endsWithItsHelperWhenTheXServerGoes) {
-    startAndWaitForTheHelper();
+TEST_F(Program, endsItsHelperFirstWhenTheXServerGoes) {
+    startWithHelperThatNotes();
     m_server->program().signal(SIGKILL);
     ASSERT_TRUE(m_sayloft->program().waitForEnd(10s));
-    EXPECT_TRUE(test::waitUntil([] { return !test::helperRuns(); }));
+    EXPECT_EQ(m_sayloft->program().exitCode(), 1);
+    expectThatTheHelperWasAskedToEnd();
+}
+
+TEST_F(Program, isNotEndedByAnXServerThatGoesWhileItWrites) {
+    m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment);
+    ASSERT_TRUE(m_sayloft->waitForLog(QStringLiteral("event tap installed OK")));
+    m_sayloft->program().signal(SIGPIPE);
+    EXPECT_FALSE(m_sayloft->program().waitForEnd(300ms));
+}
+
+TEST_F(Program, endsItsHelperAndExitsWithZeroWhenTheUserLogsOut) {
+    const QString status = m_directory.filePath(QStringLiteral("status"));
+    const QString script = m_directory.filePath(QStringLiteral("start.sh"));
+    test::writeFile(script, "#!/bin/sh\n" SAYLOFT_BUNDLE_DIR "/Contents/bin/sayloft\necho $? > " +
+                                status.toUtf8() + "\n");
+    QFile(script).setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+    m_environment.insert(QStringLiteral("HOME"), home());
+    const test::SessionBus bus;
+    test::XfceSession session(script, m_environment, bus);
+    ASSERT_TRUE(test::waitUntil([] { return test::helperRuns(); }, 20s));
+    session.logOut();
+    ASSERT_TRUE(test::waitUntil([&status] { return !test::readFile(status).isEmpty(); }));
+    EXPECT_EQ(test::readFile(status), "0\n");
+    EXPECT_FALSE(test::helperRuns());
+}
+
+TEST_F(Program, runsOnWhenTheSessionBusGoesAndEndsWithZero) {
+    auto bus = std::make_unique<test::SessionBus>();
+    bus->addTo(m_environment);
+    startAndWaitForTheHelper();
+    bus->program().signal(SIGKILL);
+    ASSERT_TRUE(bus->program().waitForEnd(5s));
+    test::turnEventLoopFor(500ms);
+    ASSERT_TRUE(m_sayloft->program().isRunning());
+    m_sayloft->program().signal(SIGTERM);
+    ASSERT_TRUE(m_sayloft->program().waitForEnd(8s));
+    EXPECT_EQ(m_sayloft->program().exitCode(), 0);
 }
 
 TEST_F(Program, saysInOneLineThatThereIsNoXServer) {

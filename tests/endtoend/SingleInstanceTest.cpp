@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
+#include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/XServer.h"
 
@@ -131,6 +132,15 @@ TEST_F(WithoutASessionBus, aLockThatADeadProcessLeftBehindDoesNotBlock) {
         [&] { return second->log().count(QStringLiteral("event tap installed OK")) == 2; }));
 }
 
+TEST_F(WithoutASessionBus, aLockWithoutAnOwnerDoesNotBlock) {
+    const QString lock = home() + QStringLiteral("/.sayloft/sayloft.lock");
+    test::writeFile(lock, {});
+    test::run(QStringLiteral("touch"),
+              {QStringLiteral("-d"), QStringLiteral("1 minute ago"), lock});
+    const auto program = startAnother();
+    EXPECT_TRUE(program->waitForLog(QStringLiteral("event tap installed OK")));
+}
+
 TEST_F(WithASessionBus, twentyStartsAtOnceLeaveExactlyOne) {
     std::vector<std::unique_ptr<test::SayloftProgram>> starts;
     starts.reserve(20);
@@ -143,6 +153,8 @@ TEST_F(WithASessionBus, twentyStartsAtOnceLeaveExactlyOne) {
     EXPECT_TRUE(test::waitUntil([&] { return running() == 1; }, 30s));
     test::turnEventLoopFor(500ms);
     EXPECT_EQ(running(), 1);
+    for (const auto& start : starts)
+        EXPECT_TRUE(start->program().isRunning() || start->program().exitCode() == 0);
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakePlatform.h"
 
+#include <algorithm>
+
 namespace sayloft::test {
 namespace {
 
@@ -20,6 +22,17 @@ bool FakeModifierWatch::start(FlagsChanged flagsChanged) {
     return allowed;
 }
 
+void FakeNotifier::show(Notification notification) {
+    withdraw(notification.key);
+    visible.push_back(std::move(notification));
+    ++shown;
+}
+
+void FakeNotifier::withdraw(const QString& key) {
+    const auto hasKey = [&key](const Notification& each) { return each.key == key; };
+    visible.erase(std::remove_if(visible.begin(), visible.end(), hasKey), visible.end());
+}
+
 void FakeClipboard::takeSnapshot(SnapshotTaken taken) {
     taken(ClipboardSnapshot{{{{"text/plain", "what the user had copied"}}}});
 }
@@ -37,9 +50,11 @@ FakePlatform::FakePlatform()
     : audio(install<FakeAudioInput>(m_platform.audioInput)),
       sounds(install<FakeSystemSounds>(m_platform.sounds)),
       privacy(install<FakePrivacySettings>(m_platform.privacy)),
+      notifier(install<FakeNotifier>(m_platform.notifier)),
       modifierWatch(install<FakeModifierWatch>(m_platform.modifierWatch)),
       clipboard(install<FakeClipboard>(m_platform.clipboard)),
-      keyPoster(install<FakeKeyPoster>(m_platform.keyPoster)) {
+      keyPoster(install<FakeKeyPoster>(m_platform.keyPoster)),
+      trayItem(install<FakeTrayItem>(m_platform.trayItem)) {
     audio.defaultFormat = {.sampleRate = 48000, .channels = 1};
 }
 

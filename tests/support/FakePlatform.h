@@ -4,9 +4,11 @@
 #include "platform/Clipboard.h"
 #include "platform/KeyPoster.h"
 #include "platform/ModifierWatch.h"
+#include "platform/Notifier.h"
 #include "platform/Platform.h"
 #include "platform/PrivacySettings.h"
 #include "platform/SystemSounds.h"
+#include "platform/TrayItem.h"
 #include "tests/support/FakeAudioInput.h"
 
 #include <QString>
@@ -41,6 +43,16 @@ public:
     std::vector<QString> opened;
 };
 
+/// A desktop that shows every message until it is withdrawn.
+class FakeNotifier : public Notifier {
+public:
+    void show(Notification notification) override;
+    void withdraw(const QString& key) override;
+
+    std::vector<Notification> visible;
+    int shown = 0;  ///< all that ever were
+};
+
 class FakeSystemSounds : public SystemSounds {
 public:
     void play(const QString& name) override { played.push_back(name); }
@@ -70,6 +82,23 @@ public:
     std::vector<std::pair<std::uint16_t, std::uint64_t>> keys;
 };
 
+/// A tray that only remembers.
+class FakeTrayItem : public TrayItem {
+public:
+    void setLook(const TrayLook& look) override { looks.push_back(look); }
+    void setMenu(Menu newMenu) override { menu = std::move(newMenu); }
+    [[nodiscard]] bool isShown() const override { return isThere; }
+
+    void setShown(bool shown) {
+        isThere = shown;
+        onShownChanged();
+    }
+
+    bool isThere = true;
+    std::vector<TrayLook> looks;  ///< everything that was shown, in order
+    Menu menu;
+};
+
 /// All services as fakes. `platform()` gives them away; the references stay valid as long as the
 /// platform lives.
 class FakePlatform {
@@ -85,9 +114,11 @@ public:
     FakeAudioInput& audio;
     FakeSystemSounds& sounds;
     FakePrivacySettings& privacy;
+    FakeNotifier& notifier;
     FakeModifierWatch& modifierWatch;
     FakeClipboard& clipboard;
     FakeKeyPoster& keyPoster;
+    FakeTrayItem& trayItem;
 };
 
 }  // namespace sayloft::test

@@ -17,6 +17,9 @@ class FakeStatusItem : public StatusItem {
 public:
     explicit FakeStatusItem(Seen& seen) : m_seen(seen) {}
     void setState(IconState state) override;
+    void setReason(const QString& reason) override {
+        m_seen.push_back("reason " + reason.toStdString());
+    }
     void buildMenu() override { m_seen.push_back("menu"); }
 
 private:

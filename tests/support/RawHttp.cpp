@@ -1,35 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/RawHttp.h"
 
+#include "tests/support/Loopback.h"
+
 #include <array>
 #include <cstdlib>
 #include <stdexcept>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
 namespace sayloft::test {
 namespace {
-
-sockaddr_in loopback(std::uint16_t port) {
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
-
-int connectTo(std::uint16_t port) {
-    const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const sockaddr_in address = loopback(port);
-    if (::connect(handle, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0)
-        return handle;
-    ::close(handle);
-    return -1;
-}
 
 RawReply parseReply(std::string bytes) {
     constexpr std::string_view proceed = "HTTP/1.1 100 Continue\r\n\r\n";
@@ -43,7 +26,7 @@ RawReply parseReply(std::string bytes) {
 
 }  // namespace
 
-RawConnection::RawConnection(std::uint16_t port) : m_socket(connectTo(port)) {
+RawConnection::RawConnection(std::uint16_t port) : m_socket(connectToLoopback(port)) {
     if (m_socket < 0)
         throw std::runtime_error("nobody listens on port " + std::to_string(port));
 }
@@ -103,20 +86,16 @@ RawReply exchange(std::uint16_t port, std::string_view request) {
 }
 
 std::uint16_t freePort() {
-    const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = loopback(0);
-    socklen_t size = sizeof(address);
-    const bool found =
-        ::bind(handle, reinterpret_cast<sockaddr*>(&address), sizeof(address)) == 0 &&
-        ::getsockname(handle, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    ::close(handle);
-    if (!found)
+    const int listener = listenOnLoopback(0);
+    if (listener < 0)
         throw std::runtime_error("there is no free port");
-    return ntohs(address.sin_port);
+    const std::uint16_t port = portOf(listener);
+    ::close(listener);
+    return port;
 }
 
 bool isListening(std::uint16_t port) {
-    const int handle = connectTo(port);
+    const int handle = connectToLoopback(port);
     if (handle < 0)
         return false;
     ::close(handle);

@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/RawHttpServer.h"
 
+#include "tests/support/Loopback.h"
+
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <chrono>
 #include <cstring>
 #include <optional>
 #include <stdexcept>
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -20,26 +21,10 @@ namespace {
 using namespace std::chrono_literals;
 
 int listenOn(std::uint16_t port) {
-    const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int on = 1;
-    ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    if (::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0 ||
-        ::listen(listener, 16) != 0) {
-        ::close(listener);
+    const int listener = listenOnLoopback(port);
+    if (listener < 0)
         throw std::runtime_error("port " + std::to_string(port) + ": " + std::strerror(errno));
-    }
     return listener;
-}
-
-std::uint16_t portOf(int listener) {
-    sockaddr_in address{};
-    socklen_t size = sizeof address;
-    ::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &size);
-    return ntohs(address.sin_port);
 }
 
 bool readable(int socket) {

@@ -1,10 +1,40 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/SessionBus.h"
 
+#include "tests/support/TempHome.h"
+
 #include <stdexcept>
 
 namespace sayloft::test {
 namespace {
+
+/// Services come from the one directory only.
+QByteArray configuration(const QString& services) {
+    return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <type>session</type>
+  <listen>unix:tmpdir=/tmp</listen>
+  <servicedir>)" +
+           services.toUtf8() + R"(</servicedir>
+  <policy context="default">
+    <allow send_destination="*" eavesdrop="true"/>
+    <allow eavesdrop="true"/>
+    <allow own="*"/>
+  </policy>
+</busconfig>
+)";
+}
+
+QStringList arguments(const SessionBus::Options& options, const QString& configurationFile) {
+    QStringList arguments{QStringLiteral("--nofork"), QStringLiteral("--print-address")};
+    if (!options.socket.isEmpty())
+        arguments << QStringLiteral("--address=unix:path=") + options.socket;
+    if (options.services.isEmpty())
+        return arguments << QStringLiteral("--session");
+    writeFile(configurationFile, configuration(options.services));
+    return arguments << QStringLiteral("--config-file=") + configurationFile;
+}
 
 QString readAddress(QProcess& daemon) {
     QByteArray line;
@@ -18,10 +48,10 @@ QString readAddress(QProcess& daemon) {
 
 }  // namespace
 
-SessionBus::SessionBus()
+SessionBus::SessionBus(const Options& options)
     : m_program(QStringLiteral("dbus-daemon"),
-                {QStringLiteral("--session"), QStringLiteral("--nofork"),
-                 QStringLiteral("--print-address")}),
+                arguments(options, m_directory.filePath(QStringLiteral("bus.conf"))),
+                options.environment),
       m_address(readAddress(m_program.process())) {}
 
 void SessionBus::addTo(QProcessEnvironment& environment) const {

@@ -123,7 +123,7 @@ QByteArray SoundServer::pactl(const QStringList& arguments) const {
 ChildProgram SoundServer::startPlaying(const QString& wavPath) const {
     return ChildProgram(
         QStringLiteral("paplay"),
-        {QStringLiteral("--latency-msec=400"), QStringLiteral("--device=room"), wavPath},
+        {QStringLiteral("--latency-msec=1000"), QStringLiteral("--device=room"), wavPath},
         environment());
 }
 

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <string>
 
 namespace sayloft::test {
 namespace {
@@ -74,7 +75,7 @@ void TargetApplication::start(const XServer& server) {
     m_program =
         std::make_unique<ChildProgram>(program, arguments, environmentOf(server, m_home.path()));
     if (!waitUntil([this] { return isReady(); }, 20s))
-        throw std::runtime_error(std::string(nameOf(m_target)) + " did not come up");
+        throw std::runtime_error(std::string(nameOf(m_target)) + " did not come up: " + state());
 }
 
 QStringList TargetApplication::command() const {
@@ -107,6 +108,15 @@ bool TargetApplication::isReady() const {
     const XcbConnection connection = connectToXServer();
     return connection && QFile::exists(file()) &&
            FocusX11(connection.get()).focused().windowClass.toLower() == nameOf(m_target);
+}
+
+std::string TargetApplication::state() const {
+    const XcbConnection connection = connectToXServer();
+    if (!connection)
+        return "the X server does not answer";
+    const QByteArray focused = FocusX11(connection.get()).focused().windowClass;
+    return std::string(m_program->isRunning() ? "it runs" : "it has ended") +
+           ", and the focus is in \"" + focused.toStdString() + '"';
 }
 
 QString TargetApplication::textOnce(const QString& expected, std::chrono::milliseconds deadline) {

@@ -43,6 +43,8 @@ private:
     [[nodiscard]] QStringList command() const;
     [[nodiscard]] QString file() const;
     [[nodiscard]] bool isReady() const;
+    /// For whoever reads that it is not.
+    [[nodiscard]] std::string state() const;
     [[nodiscard]] QString text();
 
     Target m_target;

@@ -109,6 +109,30 @@ void TestKeyboard::lock(std::uint8_t modifiers) {
     waitForServer(m_connection.get());
 }
 
+void TestKeyboard::enableAccessXKeys() {
+    enable(XCB_XKB_BOOL_CTRL_ACCESS_X_KEYS);
+}
+
+void TestKeyboard::enableSlowKeys() {
+    enable(XCB_XKB_BOOL_CTRL_SLOW_KEYS);
+}
+
+bool TestKeyboard::hasSlowKeys() const {
+    const XcbOwned<xcb_xkb_get_controls_reply_t> reply(xcb_xkb_get_controls_reply(
+        m_connection.get(), xcb_xkb_get_controls(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD),
+        nullptr));
+    return reply && (reply->enabledControls & XCB_XKB_BOOL_CTRL_SLOW_KEYS) != 0;
+}
+
+void TestKeyboard::enable(std::uint32_t controls) {
+    // Of all the values only those are changed that changeControls names.
+    constexpr std::array<std::uint8_t, 32> repeatingKeys{};
+    xcb_xkb_set_controls(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                         0, controls, controls, XCB_XKB_CONTROL_CONTROLS_ENABLED, 0, 0, 0, 0, 0, 0,
+                         0, 0, 0, 0, 0, 0, 0, 0, repeatingKeys.data());
+    waitForServer(m_connection.get());
+}
+
 void TestKeyboard::setGroup(std::uint8_t group) {
     xcb_xkb_latch_lock_state(m_connection.get(), XCB_XKB_ID_USE_CORE_KBD, 0, 0, 1, group, 0, 0, 0);
     waitForServer(m_connection.get());

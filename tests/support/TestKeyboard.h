@@ -59,9 +59,17 @@ public:
     void latch(std::uint8_t modifiers);
     void lock(std::uint8_t modifiers);
 
+    /// Lets gestures on the keyboard itself switch its help for the disabled on and off: Shift that
+    /// is held for eight seconds does so with slow keys.
+    void enableAccessXKeys();
+    /// With slow keys on, a key counts only after it has been down for 0.3 s.
+    void enableSlowKeys();
+    [[nodiscard]] bool hasSlowKeys() const;
+
 private:
     void fake(std::uint8_t type, Key key);
     void setGroup(std::uint8_t group);
+    void enable(std::uint32_t controls);
 
     XcbConnection m_connection;
     std::set<Key> m_down;

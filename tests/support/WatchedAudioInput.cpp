@@ -12,30 +12,6 @@ std::optional<WatchedAudioInput::Clock::time_point> WatchedAudioInput::firstSamp
     return Clock::time_point(Clock::duration(ticks));
 }
 
-std::vector<AudioDeviceId> WatchedAudioInput::devices() const {
-    return m_input.devices();
-}
-
-bool WatchedAudioInput::hasInput(AudioDeviceId device) const {
-    return m_input.hasInput(device);
-}
-
-std::uint32_t WatchedAudioInput::transport(AudioDeviceId device) const {
-    return m_input.transport(device);
-}
-
-std::optional<QString> WatchedAudioInput::uid(AudioDeviceId device) const {
-    return m_input.uid(device);
-}
-
-std::optional<QString> WatchedAudioInput::name(AudioDeviceId device) const {
-    return m_input.name(device);
-}
-
-AudioFormat WatchedAudioInput::inputFormat(std::optional<AudioDeviceId> device) const {
-    return m_input.inputFormat(device);
-}
-
 AudioCaptureResult WatchedAudioInput::startCapture(AudioCaptureRequest request) {
     request.framesPerBuffer = framesPerBuffer.value_or(request.framesPerBuffer);
     m_firstSample = 0;
@@ -51,15 +27,7 @@ AudioCaptureResult WatchedAudioInput::startCapture(AudioCaptureRequest request) 
         onEnd(error);
         ++m_ends;
     };
-    return m_input.startCapture(std::move(request));
-}
-
-AudioInput::Authorization WatchedAudioInput::authorization() const {
-    return m_input.authorization();
-}
-
-void WatchedAudioInput::requestAccess(std::function<void(bool granted)> answered) {
-    m_input.requestAccess(std::move(answered));
+    return AudioInputPulse::startCapture(std::move(request));
 }
 
 }  // namespace sayloft::test

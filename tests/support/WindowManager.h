@@ -6,7 +6,7 @@
 
 namespace sayloft::test {
 
-/// openbox: gives new windows the focus. Manages windows when the constructor returns.
+/// openbox: gives new windows the focus. Shows new windows when the constructor returns.
 class WindowManager {
 public:
     explicit WindowManager(const XServer& server);

@@ -4,18 +4,19 @@
 // "<model>.log" gets a line with the process id and the arguments, and "<model>.ended" comes to be
 // when the process is asked to end.
 
+#include "tests/support/Loopback.h"
+
 #include <array>
 #include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <string>
 #include <thread>
 
-#include <arpa/inet.h>
 #include <fcntl.h>
-#include <netinet/in.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -24,16 +25,9 @@ namespace {
 using namespace std::chrono_literals;
 
 void serve(std::uint16_t port, const std::string& answer) {
-    const int listener = ::socket(AF_INET, SOCK_STREAM, 0);
-    const int on = 1;
-    ::setsockopt(listener, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(port);
-    if (::bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    const int listener = sayloft::test::listenOnLoopback(port);
+    if (listener < 0)
         std::_Exit(3);
-    ::listen(listener, 16);
     for (;;) {
         const int connection = ::accept(listener, nullptr, nullptr);
         std::array<char, 4096> request{};

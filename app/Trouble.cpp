@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+#include "app/Trouble.h"
+
+namespace sayloft {
+
+TroubleText troubleText(Trouble trouble) {
+    switch (trouble) {
+        case Trouble::keysOutOfReach:
+            return {QStringLiteral("keyboard out of reach"),
+                    QStringLiteral("Sayloft cannot reach the keyboard"),
+                    QStringLiteral("The X server lacks XKEYBOARD or XTEST, so chords are not seen "
+                                   "and text cannot be pasted. Log in to an ordinary X11 session, "
+                                   "or have the server started with both extensions."),
+                    QStringLiteral("What to do")};
+        case Trouble::helperMissing:
+            return {QStringLiteral("speech helper missing"),
+                    QStringLiteral("Sayloft's speech helper is missing"),
+                    QStringLiteral("The program parakeet-server is not where Sayloft looks for it. "
+                                   "Install Sayloft again, then start it anew.")};
+        case Trouble::modelMissing:
+            return {QStringLiteral("speech model missing"),
+                    QStringLiteral("The speech model is missing"),
+                    QStringLiteral("Nothing can be recognised without it. Download it, or choose "
+                                   "another model, in Sayloft's settings."),
+                    QStringLiteral("Settings")};
+        case Trouble::portTaken:
+            return {QStringLiteral("port 8090 taken"),
+                    QStringLiteral("Another program uses Sayloft's port"),
+                    QStringLiteral("Speech recognition needs port 8090 of this computer. End the "
+                                   "program that listens there (“ss -tlnp” names it), then start "
+                                   "Sayloft anew.")};
+        case Trouble::helperGone:
+            return {QStringLiteral("speech helper has ended"),
+                    QStringLiteral("Sayloft's speech helper has ended"),
+                    QStringLiteral("Often the memory does not suffice for the model: close other "
+                                   "programs or choose a smaller model in Sayloft's settings, then "
+                                   "start Sayloft anew."),
+                    QStringLiteral("Settings")};
+        case Trouble::soundServerGone:
+            return {QStringLiteral("no sound server"),
+                    QStringLiteral("Sayloft finds no sound server"),
+                    QStringLiteral("Neither PipeWire nor PulseAudio answers, so there is no "
+                                   "microphone to record from. Log out and in again, or start the "
+                                   "sound server; Sayloft finds it by itself."),
+                    QStringLiteral("What to do")};
+        case Trouble::noMicrophone:
+            return {QStringLiteral("no microphone"), QStringLiteral("Sayloft finds no microphone"),
+                    QStringLiteral("Nothing that you say can be heard. Plug a microphone in, or "
+                                   "switch it on in the sound settings; Sayloft finds it by "
+                                   "itself."),
+                    QStringLiteral("What to do")};
+        case Trouble::noTrayHost:
+            return {QStringLiteral("no place for the icon"),
+                    QStringLiteral("Sayloft runs, but its icon has no place"),
+                    QStringLiteral("This desktop shows no tray icons. Dictation works all the "
+                                   "same. GNOME "
+                                   "shows the icon with its AppIndicator extension."),
+                    QStringLiteral("Settings")};
+    }
+    return {};
+}
+
+}  // namespace sayloft

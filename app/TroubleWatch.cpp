@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+#include "app/TroubleWatch.h"
+
+#include "models/Paths.h"
+#include "platform/AudioInput.h"
+#include "platform/TrayItem.h"
+
+#include <QFileInfo>
+#include <QHostAddress>
+#include <QTcpServer>
+
+#include <algorithm>
+#include <vector>
+
+namespace sayloft {
+namespace {
+
+constexpr std::chrono::seconds soundReviewInterval(2);
+
+bool hasMicrophone(const AudioInput& audioInput) {
+    const std::vector<AudioDeviceId> devices = audioInput.devices();
+    return audioInput.inputFormat(std::nullopt).sampleRate > 0 ||
+           std::any_of(devices.begin(), devices.end(),
+                       [&](AudioDeviceId device) { return audioInput.hasInput(device); });
+}
+
+bool isPortTaken() {
+    QTcpServer probe;
+    return !probe.listen(QHostAddress::LocalHost, 8090);
+}
+
+}  // namespace
+
+TroubleWatch::TroubleWatch(Notifier& notifier, AudioInput& audioInput, TrayItem& tray,
+                           std::chrono::milliseconds grace)
+    : m_audioInput(audioInput), m_tray(tray), m_grace(grace), m_notices(notifier) {
+    m_soundReview.setInterval(soundReviewInterval);
+    connect(&m_soundReview, &QTimer::timeout, this, [this] { reviewSound(); });
+    m_notices.onChange = [this] {
+        if (onReason)
+            onReason();
+    };
+    m_notices.onAction = [this](Trouble trouble) {
+        if (onRemedy)
+            onRemedy(trouble);
+    };
+}
+
+void TroubleWatch::launched() {
+    m_tray.onShownChanged = [this] { trayChanged(); };
+    QTimer::singleShot(m_grace, this, [this] {
+        reviewTray();
+        reviewSound();
+    });
+}
+
+void TroubleWatch::keysWatched(bool isPossible) {
+    set(Trouble::keysOutOfReach, !isPossible);
+}
+
+void TroubleWatch::serverStarts(const QString& modelPath) {
+    set(Trouble::helperMissing, !QFileInfo::exists(PARAKEET_SERVER_BIN));
+    set(Trouble::modelMissing, !QFileInfo::exists(modelPath));
+    set(Trouble::portTaken, false);
+    set(Trouble::helperGone, false);
+}
+
+// A server that finds its port taken ends at once.
+void TroubleWatch::serverGone() {
+    const bool taken = isPortTaken();
+    set(Trouble::portTaken, taken);
+    set(Trouble::helperGone, !taken);
+}
+
+void TroubleWatch::dictationBegins() {
+    reviewSound();
+}
+
+QString TroubleWatch::reason() const {
+    const std::vector<Trouble> holding = m_notices.current();
+    return holding.empty() ? QString() : troubleText(holding.front()).phrase;
+}
+
+void TroubleWatch::reviewSound() {
+    using Authorization = AudioInput::Authorization;
+    const Authorization authorization = m_audioInput.authorization();
+    const bool isGone = authorization == Authorization::notDetermined;
+    const bool isDeaf = authorization == Authorization::authorized && !hasMicrophone(m_audioInput);
+    set(Trouble::soundServerGone, isGone);
+    set(Trouble::noMicrophone, isDeaf);
+    if (!isGone && !isDeaf)
+        m_soundReview.stop();
+    else if (!m_soundReview.isActive())
+        m_soundReview.start();
+}
+
+void TroubleWatch::reviewTray() {
+    set(Trouble::noTrayHost, !m_tray.isShown());
+}
+
+// A panel that crashed is soon back.
+void TroubleWatch::trayChanged() {
+    if (m_tray.isShown())
+        reviewTray();
+    else
+        QTimer::singleShot(m_grace, this, [this] { reviewTray(); });
+}
+
+void TroubleWatch::set(Trouble trouble, bool holds) {
+    if (holds)
+        m_notices.raise(trouble);
+    else
+        m_notices.clear(trouble);
+}
+
+}  // namespace sayloft

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/TroubleNotices.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <chrono>
+#include <functional>
+
+namespace sayloft {
+
+class AudioInput;
+class Notifier;
+class TrayItem;
+
+/// Knows what keeps dictation from working. Main thread; what it is given outlives it.
+class TroubleWatch : public QObject {
+public:
+    /// A tray and a sound server may take as long as `grace` to come up with the session.
+    TroubleWatch(Notifier& notifier, AudioInput& audioInput, TrayItem& tray,
+                 std::chrono::milliseconds grace = std::chrono::seconds(10));
+
+    void launched();
+    void keysWatched(bool isPossible);
+    /// The server is about to be started with this model.
+    void serverStarts(const QString& modelPath);
+    void serverGone();
+    /// A dictation begins, so that a sound server is needed now.
+    void dictationBegins();
+
+    /// The most severe cause that holds in a few words; empty when there is none.
+    [[nodiscard]] QString reason() const;
+    /// Called when it changes.
+    std::function<void()> onReason;
+    /// Called when the user asks to see what helps.
+    std::function<void(Trouble)> onRemedy;
+
+private:
+    void reviewSound();
+    void reviewTray();
+    void trayChanged();
+    void set(Trouble trouble, bool holds);
+
+    AudioInput& m_audioInput;
+    TrayItem& m_tray;
+    const std::chrono::milliseconds m_grace;
+    TroubleNotices m_notices;
+    QTimer m_soundReview;  ///< runs while there is no sound server
+};
+
+}  // namespace sayloft

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: MIT
+// What the user is told when something is missing, by the real program on real desktops.
+#include "tests/support/BusMonitor.h"
+#include "tests/support/NotificationDaemon.h"
+#include "tests/support/RawHttpServer.h"
+#include "tests/support/SayloftProgram.h"
+#include "tests/support/SessionBus.h"
+#include "tests/support/SoundServer.h"
+#include "tests/support/TempHome.h"
+#include "tests/support/TrayClient.h"
+#include "tests/support/TrayHost.h"
+#include "tests/support/WaitUntil.h"
+#include "tests/support/XServer.h"
+
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace sayloft {
+namespace {
+
+using namespace std::chrono_literals;
+
+class Trouble : public testing::Test {
+protected:
+    void startSayloft(const QByteArray& configuration) {
+        QProcessEnvironment environment = m_display.environment();
+        m_bus.addTo(environment);
+        environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+        // There is no sound server unless a test has one.
+        if (m_room)
+            m_room->addTo(environment);
+        else
+            environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
+        const QString home = m_directory.filePath(QStringLiteral("home"));
+        test::writeConfig(home, configuration);
+        m_sayloft = std::make_unique<test::SayloftProgram>(home, environment);
+        ASSERT_TRUE(m_sayloft->waitForLog(QStringLiteral("event tap installed OK")));
+    }
+
+    [[nodiscard]] bool tooltipSays(const QString& reason) const {
+        return test::waitUntil(
+            [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
+    }
+
+    test::XServer m_display;
+    test::SessionBus m_bus;
+    test::NotificationDaemon m_daemon{test::Notifying::dunst, m_display, m_bus};
+    test::BusMonitor m_messages{m_bus, QStringLiteral("org.freedesktop.Notifications")};
+    test::TrayClient m_client{m_bus};
+    QTemporaryDir m_directory;
+    std::unique_ptr<test::SoundServer> m_room;
+    std::unique_ptr<test::SayloftProgram> m_sayloft;
+};
+
+TEST_F(Trouble, ofAMissingModelIsToldOnceAndStandsInTheTooltip) {
+    startSayloft(R"({"model":"english"})");
+    EXPECT_TRUE(tooltipSays(QStringLiteral("speech model missing")));
+    EXPECT_EQ(m_client.property(QStringLiteral("Title")),
+              QStringLiteral("'Sayloft: one moment… (speech model missing)'"));
+    EXPECT_TRUE(m_messages.hears("The speech model is missing"));
+    EXPECT_TRUE(test::waitUntil([this] { return m_daemon.shows(); }));
+    EXPECT_EQ(m_messages.count("The speech model is missing"), 1);
+}
+
+TEST_F(Trouble, ofAHelperThatDiesStandsInTheTooltip) {
+    m_room = std::make_unique<test::SoundServer>();
+    startSayloft(R"({"model":"starter"})");
+    ASSERT_TRUE(m_sayloft->waitForHelper());
+    test::run(QStringLiteral("pkill"),
+              {QStringLiteral("-KILL"), QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+    EXPECT_TRUE(tooltipSays(QStringLiteral("speech helper has ended")));
+    EXPECT_TRUE(m_messages.hears("Sayloft's speech helper has ended"));
+}
+
+TEST_F(Trouble, ofAPortThatSomebodyElseHasStaysAlthoughHeAnswers) {
+    const test::RawHttpServer stranger({test::RawAnswer::ok("hello")}, 8090);
+    startSayloft(R"({"model":"starter"})");
+    EXPECT_TRUE(tooltipSays(QStringLiteral("port 8090 taken")));
+    test::turnEventLoopFor(2s);
+    EXPECT_TRUE(tooltipSays(QStringLiteral("port 8090 taken")));
+}
+
+TEST_F(Trouble, ofAMissingSoundServerIsTold) {
+    startSayloft(R"({"model":"starter"})");
+    EXPECT_TRUE(tooltipSays(QStringLiteral("no sound server")));
+    EXPECT_TRUE(m_messages.hears("Sayloft finds no sound server"));
+}
+
+TEST_F(Trouble, ofAMissingTrayIsToldWithTheRemedy) {
+    m_room = std::make_unique<test::SoundServer>();
+    startSayloft(R"({"model":"starter"})");
+    EXPECT_TRUE(tooltipSays(QStringLiteral("no place for the icon")));
+    EXPECT_TRUE(m_messages.hears("GNOME shows the icon with its AppIndicator extension"));
+}
+
+TEST_F(Trouble, isNotToldWhereAllIsWell) {
+    m_room = std::make_unique<test::SoundServer>();
+    const test::TrayHost panel(test::TrayHostKind::xfcePanel, m_display, m_bus);
+    startSayloft(R"({"model":"starter"})");
+    ASSERT_TRUE(m_sayloft->waitForHelper());
+    // A tray and a sound server are given ten seconds to come up.
+    test::turnEventLoopFor(12s);
+    EXPECT_EQ(m_messages.count("member=Notify"), 0);
+}
+
+}  // namespace
+}  // namespace sayloft
