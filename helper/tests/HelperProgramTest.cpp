@@ -16,7 +16,6 @@ using namespace std::chrono_literals;
 using sayloft::test::ChildProgram;
 using sayloft::test::freePort;
 using sayloft::test::writeFile;
-using test::Ending;
 using test::expectFailure;
 using test::HelperBundle;
 using test::installProgram;
