@@ -4,6 +4,7 @@
 #include "app/CapturedChords.h"
 #include "app/StatusMenu.h"
 #include "models/ModelCatalogue.h"
+#include "overlay/PillOverlay.h"
 #include "platform/AudioInput.h"
 #include "platform/Clipboard.h"
 #include "platform/KeyPoster.h"
@@ -12,6 +13,7 @@
 #include "platform/PrivacySettings.h"
 #include "platform/SystemSounds.h"
 #include "platform/TrayItem.h"
+#include "platform/WindowEffects.h"
 #include "storage/Log.h"
 #include "updates/Updater.h"
 
@@ -60,11 +62,15 @@ AppDelegate::AppDelegate(Platform platform)
         [this] { return !m_session.running().isRecording; });
 }
 
-AppDelegate::~AppDelegate() = default;
+// The pill uses the platform, which goes before it otherwise.
+AppDelegate::~AppDelegate() {
+    overlay.reset();
+}
 
 void AppDelegate::applicationDidFinishLaunching() {
     setState(IconState::warming);
     buildMenu();
+    createOverlay();
     applyOverlayConfig();
     m_recorder.deviceUID = cfg.inputDeviceUID;
     m_recorder.boost = cfg.boostMic;
@@ -188,6 +194,12 @@ void AppDelegate::installEventTap() {
     m_troubles.keysWatched(installed && m_permissions.accessibilityGranted());
     logf(installed ? QStringLiteral("event tap installed OK")
                    : QStringLiteral("EVENT TAP FAILED — grant Accessibility to Sayloft"));
+}
+
+void AppDelegate::createOverlay() {
+    if (m_platform.windowEffects && !overlay)
+        overlay = std::make_unique<PillOverlay>([this] { return m_recorder.level(); },
+                                                *m_platform.windowEffects);
 }
 
 void AppDelegate::applyOverlayConfig() {

@@ -75,6 +75,7 @@ public:
 private:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem();
     void installEventTap();
+    void createOverlay();
     void applyOverlayConfig();
     void openOnboardingIfNeeded();
     void help(Trouble trouble);

@@ -9,6 +9,7 @@
 #include "platform/PrivacySettings.h"
 #include "platform/SystemSounds.h"
 #include "platform/TrayItem.h"
+#include "platform/WindowEffects.h"
 
 namespace sayloft {
 

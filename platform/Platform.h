@@ -13,6 +13,7 @@ class Notifier;
 class PrivacySettings;
 class SystemSounds;
 class TrayItem;
+class WindowEffects;
 
 /// The platform's services. Destroyed in reverse order: a later member may use an earlier one.
 struct Platform {
@@ -29,6 +30,7 @@ struct Platform {
     std::unique_ptr<Clipboard> clipboard;
     std::unique_ptr<KeyPoster> keyPoster;
     std::unique_ptr<TrayItem> trayItem;
+    std::unique_ptr<WindowEffects> windowEffects;
 };
 
 /// The services of the system that the program runs on. Main thread, after the application object

@@ -13,6 +13,7 @@
 #include "platform/linux/PrivacySettingsX11.h"
 #include "platform/linux/SystemSoundsPulse.h"
 #include "platform/linux/TrayItemSni.h"
+#include "platform/linux/WindowEffectsX11.h"
 #else
 #error "There is no backend for this system yet."
 #endif
@@ -41,6 +42,7 @@ Platform loadPlatform() {
     platform.clipboard = std::move(clipboard);
     platform.trayItem =
         std::make_unique<TrayItemSni>(BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
+    platform.windowEffects = std::make_unique<WindowEffectsX11>();
     return platform;
 }
 

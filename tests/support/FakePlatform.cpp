@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/FakePlatform.h"
 
+#include "platform/WindowEffects.h"
+
 #include <algorithm>
 
 namespace sayloft::test {

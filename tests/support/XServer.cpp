@@ -8,11 +8,15 @@ namespace {
 
 // With -displayfd the server itself picks a free display and says which once it accepts clients;
 // -noreset keeps the state of the keyboard when the last client leaves.
-QStringList serverArguments(const XServer::Options& options) {
-    return QStringList{
-               QStringLiteral("-displayfd"), QStringLiteral("1"),  QStringLiteral("-screen"),
-               QStringLiteral("0"),          options.screen,       QStringLiteral("-noreset"),
-               QStringLiteral("-nolisten"),  QStringLiteral("tcp")} +
+QStringList serverArguments(const QStringList& screenArguments) {
+    return QStringList{QStringLiteral("-displayfd"), QStringLiteral("1"),
+                       QStringLiteral("-noreset"), QStringLiteral("-nolisten"),
+                       QStringLiteral("tcp")} +
+           screenArguments;
+}
+
+QStringList screenArguments(const XServer::Options& options) {
+    return QStringList{QStringLiteral("-screen"), QStringLiteral("0"), options.screen} +
            options.arguments;
 }
 
@@ -20,7 +24,7 @@ QString readDisplay(QProcess& server) {
     QByteArray line;
     while (!line.endsWith('\n')) {
         if (!server.waitForReadyRead(15000))
-            throw std::runtime_error("Xvfb did not come up: " +
+            throw std::runtime_error("the X server did not come up: " +
                                      server.readAllStandardError().toStdString());
         line += server.readAllStandardOutput();
     }
@@ -30,7 +34,10 @@ QString readDisplay(QProcess& server) {
 }  // namespace
 
 XServer::XServer(const Options& options)
-    : m_program(QStringLiteral("Xvfb"), serverArguments(options)),
+    : XServer(QStringLiteral("Xvfb"), screenArguments(options)) {}
+
+XServer::XServer(const QString& program, const QStringList& screenArguments)
+    : m_program(program, serverArguments(screenArguments)),
       m_display(readDisplay(m_program.process())),
       m_displayBefore(qgetenv("DISPLAY")) {
     qputenv("DISPLAY", m_display.toLatin1());

@@ -19,6 +19,8 @@ public:
 
     XServer() : XServer(Options{}) {}
     explicit XServer(const Options& options);
+    /// Another server than Xvfb, with all the arguments that make its screens.
+    XServer(const QString& program, const QStringList& screenArguments);
     ~XServer();
     XServer(const XServer&) = delete;
     XServer& operator=(const XServer&) = delete;

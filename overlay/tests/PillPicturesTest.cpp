@@ -1,0 +1,172 @@
+// SPDX-License-Identifier: MIT
+// The pill as it was when somebody looked at it and found it right.
+#include "overlay/PillPainter.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QImage>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <ostream>
+
+#include <gtest/gtest.h>
+
+namespace sayloft {
+namespace {
+
+const QColor lightPage(250, 250, 247);
+const QColor darkPage(30, 32, 36);
+
+struct Picture {
+    const char* name;
+    PillAnimation pill;
+    PillBackground background;
+    QColor page;
+    double scale;
+};
+
+void PrintTo(const Picture& picture, std::ostream* stream) {
+    *stream << picture.name;
+}
+
+PillAnimation shown(double level, double phase) {
+    PillAnimation pill;
+    pill.presence = 1;
+    pill.level = level;
+    pill.phase = phase;
+    pill.frozenElapsed = 12.34;
+    return pill;
+}
+
+PillAnimation minimal(PillAnimation pill) {
+    pill.minimal = true;
+    return pill;
+}
+
+PillAnimation withWords(PillAnimation pill) {
+    pill.mode = StatMode::wpm;
+    pill.wpmDisplay = 136.6;
+    return pill;
+}
+
+PillAnimation appearing(PillAnimation pill, double presence) {
+    pill.presence = presence;
+    return pill;
+}
+
+QImage paint(const Picture& picture) {
+    const QSizeF size(PillGeometry::viewW * picture.scale, PillGeometry::viewH * picture.scale);
+    QImage image(size.toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(picture.scale);
+    image.fill(picture.page);
+    QPainter painter(&image);
+    PillPainter(painter, picture.pill, {}, picture.background).paint();
+    return image;
+}
+
+int difference(QRgb a, QRgb b) {
+    return std::max({std::abs(qRed(a) - qRed(b)), std::abs(qGreen(a) - qGreen(b)),
+                     std::abs(qBlue(a) - qBlue(b))});
+}
+
+/// How many pixels differ by more than what another version of the painting engine rounds
+/// differently.
+int differentPixels(const QImage& a, const QImage& b) {
+    if (a.size() != b.size())
+        return a.width() * a.height();
+    int count = 0;
+    for (int y = 0; y < a.height(); ++y) {
+        for (int x = 0; x < a.width(); ++x)
+            count += difference(a.pixel(x, y), b.pixel(x, y)) > 6 ? 1 : 0;
+    }
+    return count;
+}
+
+constexpr int toleratedPixels = 10;
+
+QImage kept(const char* name) {
+    return QImage(QStringLiteral(SAYLOFT_PILL_PICTURES "/%1.png").arg(QLatin1String(name)));
+}
+
+/// Where the picture can be looked at when it is not the one that was kept.
+QString save(const QImage& image, const char* name) {
+    const QString path =
+        QDir::temp().filePath(QStringLiteral("pill-%1.png").arg(QLatin1String(name)));
+    image.save(path);
+    return path;
+}
+
+class PillPictures : public testing::TestWithParam<Picture> {};
+
+TEST_P(PillPictures, isAsItWasKept) {
+    const QImage image = paint(GetParam());
+    if (differentPixels(image, kept(GetParam().name)) > toleratedPixels)
+        FAIL() << "now it is " << save(image, GetParam().name).toStdString();
+}
+
+const Picture fullOnDark{"full-dark", shown(0.8, 10), PillBackground::clear, darkPage, 1};
+const Picture wordsOnLight{"words-light-double", withWords(shown(0.1, 3)), PillBackground::clear,
+                           lightPage, 2};
+
+INSTANTIATE_TEST_SUITE_P(
+    Table, PillPictures,
+    testing::Values(fullOnDark, wordsOnLight,
+                    Picture{"full-light", shown(0.8, 10), PillBackground::clear, lightPage, 1},
+                    Picture{"full-dark-double", shown(0.8, 10), PillBackground::clear, darkPage, 2},
+                    Picture{"minimal-silent-light", minimal(shown(0, 0)), PillBackground::clear,
+                            lightPage, 1},
+                    Picture{"minimal-loud-dark-double", minimal(shown(1, 21)),
+                            PillBackground::clear, darkPage, 2},
+                    Picture{"appearing-light", appearing(shown(0.5, 4), 0.4), PillBackground::clear,
+                            lightPage, 1},
+                    Picture{"blurred-light", shown(0.6, 7), PillBackground::blurred, lightPage, 1},
+                    Picture{"no-compositor", shown(0.6, 7), PillBackground::black, Qt::black, 1}),
+    [](const auto& row) {
+        std::string name = row.param.name;
+        std::replace(name.begin(), name.end(), '-', '_');
+        return name;
+    });
+
+TEST(PillPictureComparison, seesAPillThatIsAPointLower) {
+    const QImage image = paint(fullOnDark);
+    EXPECT_GT(differentPixels(image.copy(0, 1, image.width(), image.height()), image),
+              toleratedPixels);
+}
+
+TEST(PillPictureComparison, seesACornerOfAnotherRadius) {
+    QImage image = paint(fullOnDark);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(image.pixelColor(85, 55));
+    painter.drawRoundedRect(onScreen(QRectF(75, 28, 20, 54)), 24, 24);
+    painter.end();
+    EXPECT_GT(differentPixels(image, paint(fullOnDark)), toleratedPixels);
+}
+
+TEST(PillPictureComparison, seesBarsThatAreALittleDimmer) {
+    Picture dimmer = fullOnDark;
+    dimmer.pill.presence = 0.96;
+    EXPECT_GT(differentPixels(paint(dimmer), paint(fullOnDark)), toleratedPixels);
+}
+
+TEST(PillPictureComparison, seesAnotherFigure) {
+    Picture other = wordsOnLight;
+    other.pill.wpmDisplay = 138;
+    EXPECT_GT(differentPixels(paint(other), paint(wordsOnLight)), toleratedPixels);
+}
+
+TEST(PillPicture, isNothingBelowTheThreshold) {
+    Picture hidden = fullOnDark;
+    hidden.pill.presence = 0.003;
+    const QImage image = paint(hidden);
+    QImage page = image;
+    page.fill(darkPage);
+    EXPECT_EQ(image, page);
+}
+
+}  // namespace
+}  // namespace sayloft
