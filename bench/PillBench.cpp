@@ -1,0 +1,146 @@
+// SPDX-License-Identifier: MIT
+// What the pill costs: hidden over a minute, beside an empty program whose timer fires 60 times a
+// second, and shown with a level that moves.
+#include "bench/Result.h"
+#include "overlay/PillOverlay.h"
+#include "platform/linux/WindowEffectsX11.h"
+#include "tests/support/Compositor.h"
+#include "tests/support/WaitUntil.h"
+#include "tests/support/WindowManager.h"
+#include "tests/support/XServer.h"
+
+#include <QApplication>
+#include <QEventLoop>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <stdexcept>
+#include <vector>
+
+#include <time.h>
+
+namespace sayloft::bench {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+constexpr auto hiddenFor = 60s;
+constexpr auto shownFor = 20s;
+
+double processorMs() {
+    timespec used = {};
+    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &used);
+    return 1e3 * static_cast<double>(used.tv_sec) + 1e-6 * static_cast<double>(used.tv_nsec);
+}
+
+/// Times how long the drawing of a window takes, until it has been handed to the server.
+class TimedApplication : public QApplication {
+public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        if (event->type() != QEvent::UpdateRequest)
+            return QApplication::notify(receiver, event);
+        const auto begin = Clock::now();
+        const bool result = QApplication::notify(receiver, event);
+        frames.push_back(std::chrono::duration<double, std::milli>(Clock::now() - begin).count());
+        return result;
+    }
+
+    std::vector<double> frames;  ///< milliseconds
+};
+
+struct Stretch {
+    double processorMs;
+    std::vector<double> frames;
+};
+
+Stretch measure(TimedApplication& application, std::chrono::seconds duration) {
+    application.frames.clear();
+    const double before = processorMs();
+    QEventLoop loop;
+    QTimer::singleShot(duration, &loop, &QEventLoop::quit);
+    loop.exec();
+    return {processorMs() - before, application.frames};
+}
+
+std::string percentOfACore(double milliseconds, std::chrono::seconds duration) {
+    const double whole = std::chrono::duration<double, std::milli>(duration).count();
+    return describe(milliseconds, 1, "ms") + " (" + describe(100 * milliseconds / whole, 2, "%") +
+           ")";
+}
+
+double percentile(std::vector<double> values, double part) {
+    std::sort(values.begin(), values.end());
+    return values.at(static_cast<std::size_t>(part * static_cast<double>(values.size() - 1)));
+}
+
+void reportHidden(const Stretch& hidden, const Stretch& timer) {
+    print({.name = "pill hidden: processor time in 60 s",
+           .value = percentOfACore(hidden.processorMs, hiddenFor),
+           .peer = "empty, 60 Hz timer",
+           .peerValue = percentOfACore(timer.processorMs, hiddenFor)});
+    print({.name = "pill hidden: frames drawn",
+           .value = std::to_string(hidden.frames.size()),
+           .peer = {},
+           .peerValue = {}});
+}
+
+void reportShown(const Stretch& shown, const Stretch& timer) {
+    print({.name = "pill shown: processor time in 20 s",
+           .value = percentOfACore(shown.processorMs, shownFor),
+           .peer = "empty, 60 Hz timer",
+           .peerValue = percentOfACore(timer.processorMs / 3, shownFor)});
+    print({.name = "pill shown: frames a second",
+           .value = describe(static_cast<double>(shown.frames.size()) / 20.0, 1, ""),
+           .peer = {},
+           .peerValue = {}});
+    print({.name = "pill shown: a frame, median and 99 %",
+           .value = describe(percentile(shown.frames, 0.5), 2, "ms") + ", " +
+                    describe(percentile(shown.frames, 0.99), 2, "ms"),
+           .peer = {},
+           .peerValue = {}});
+}
+
+void runBench(TimedApplication& application, const test::XServer& display) {
+    const test::Compositor compositor(display);
+    Stretch timer;
+    {
+        QTimer ticks;
+        ticks.setTimerType(Qt::PreciseTimer);
+        ticks.callOnTimeout([] {});
+        ticks.start(1000 / 60);
+        timer = measure(application, hiddenFor);
+    }
+    WindowEffectsX11 effects;
+    double phase = 0;
+    PillOverlay pill([&phase] { return 0.5 + 0.5 * std::sin(phase += 0.1); }, effects);
+    if (!test::waitUntil([&] { return !pill.isTicking(); }))
+        throw std::runtime_error("the hidden pill does not rest");
+    reportHidden(measure(application, hiddenFor), timer);
+
+    pill.setActive(true);
+    if (!test::waitUntil([&] { return pill.view().pill().presence > 0.99; }))
+        throw std::runtime_error("the pill does not appear");
+    reportShown(measure(application, shownFor), timer);
+}
+
+}  // namespace
+}  // namespace sayloft::bench
+
+int main(int argc, char** argv) {
+    try {
+        const sayloft::test::XServer display;
+        const sayloft::test::WindowManager windowManager(display);
+        sayloft::bench::TimedApplication application(argc, argv);
+        sayloft::bench::runBench(application, display);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "bench_pill: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
