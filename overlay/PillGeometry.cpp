@@ -59,6 +59,10 @@ double PillGeometry::statsCenterX() {
     return left() + activeW + statsW / 2;
 }
 
+QRectF onScreen(const QRectF& rect) {
+    return {rect.x(), PillGeometry::viewH - rect.y() - rect.height(), rect.width(), rect.height()};
+}
+
 double pillScale(double presence) {
     return 0.62 + 0.38 * presence * presence * (3 - 2 * presence);
 }

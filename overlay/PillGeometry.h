@@ -33,6 +33,9 @@ struct PillGeometry {
     [[nodiscard]] static double statsCenterX();
 };
 
+/// The same rectangle with the y axis pointing down from the top left.
+[[nodiscard]] QRectF onScreen(const QRectF& rect);
+
 /// 0.62 for a presence of 0, 1 for 1, along a smoothstep curve.
 [[nodiscard]] double pillScale(double presence);
 

@@ -2,7 +2,7 @@
 #include "overlay/PillPainter.h"
 
 #include "overlay/PillColours.h"
-#include "overlay/PillShadow.h"
+#include "overlay/PillGeometry.h"
 #include "overlay/PillStats.h"
 
 #include <QPainter>
@@ -10,73 +10,33 @@
 #include <algorithm>
 
 namespace sayloft {
-namespace {
-
-/// How much of the body is there to keep white figures readable over a white page.
-double bodyOpacity(PillBackground background) {
-    switch (background) {
-        case PillBackground::blurred:
-            return 0.62;
-        case PillBackground::clear:
-            return 0.84;
-        case PillBackground::black:
-            return 1.0;
-    }
-    return 1.0;
-}
-
-}  // namespace
-
-QRectF onScreen(const QRectF& rect) {
-    return {rect.x(), PillGeometry::viewH - rect.y() - rect.height(), rect.width(), rect.height()};
-}
-
-PillPainter::PillPainter(QPainter& painter, const PillAnimation& pill, PillAnimation::TimePoint now,
-                         PillBackground background)
+PillPainter::PillPainter(QPainter& painter, const PillAnimation& pill, PillAnimation::TimePoint now)
     : m_painter(painter),
       m_pill(pill),
       m_now(now),
-      m_background(background),
-      m_geometry{pill.minimal},
-      m_presence(std::clamp(pill.presence, 0.0, 1.0)),
-      m_scale(pillScale(m_presence)) {}
+      m_presence(std::clamp(pill.presence, 0.0, 1.0)) {}
 
-void PillPainter::paint() {
+void PillPainter::paint(PillBackdrop& backdrop, PillBackground background) {
     if (!m_pill.isVisible())
         return;
+    const bool minimal = m_pill.minimal;
+    backdrop.paint(m_painter,
+                   {.minimal = minimal, .background = background, .presence = m_presence});
+
+    const QPointF center = onScreen(PillGeometry{minimal}.pill()).center();
+    const double scale = pillScale(m_presence);
     m_painter.save();
-    m_painter.setPen(Qt::NoPen);
-    paintShadow();
     m_painter.setRenderHint(QPainter::Antialiasing);
-    paintBody();
-    const QPointF center = onScreen(m_geometry.pill()).center();
+    m_painter.setPen(Qt::NoPen);
     m_painter.translate(center);
-    m_painter.scale(m_scale, m_scale);
+    m_painter.scale(scale, scale);
     m_painter.translate(-center);
-    paintFill();
     paintBars();
-    if (!m_pill.minimal) {
+    if (!minimal) {
         paintSeparator();
         paintStats();
     }
     m_painter.restore();
-}
-
-// Neither offset nor blur shrink with the pill.
-void PillPainter::paintShadow() {
-    if (m_background == PillBackground::black)
-        return;
-    const QRectF caster = onScreen(m_geometry.scaledPill(m_scale)).translated(0, 2);
-    paintPillShadow(m_painter, caster, 14 * m_presence, grey(0, 0.4 * m_presence));
-}
-
-void PillPainter::paintBody() {
-    const QRectF body = m_geometry.scaledPill(m_scale);
-    fillRounded(body, body.height() / 2, grey(0.17, bodyOpacity(m_background) * m_presence));
-}
-
-void PillPainter::paintFill() {
-    fillRounded(m_geometry.pill(), PillGeometry::cornerRadius, grey(0.09, 0.15 * m_presence));
 }
 
 void PillPainter::paintBars() {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "overlay/PillView.h"
 
+#include "overlay/PillGeometry.h"
+#include "overlay/PillPainter.h"
+
 #include <QPainter>
 #include <QTimer>
 
@@ -82,7 +85,7 @@ QRectF PillView::outline() const {
 
 void PillView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    PillPainter(painter, m_pill, PillAnimation::Clock::now(), m_background).paint();
+    PillPainter(painter, m_pill, PillAnimation::Clock::now()).paint(m_backdrop, m_background);
 }
 
 }  // namespace sayloft

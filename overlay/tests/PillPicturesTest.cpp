@@ -2,6 +2,8 @@
 // The pill as it was when somebody looked at it and found it right.
 #include "overlay/PillPainter.h"
 
+#include "overlay/PillGeometry.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QImage>
@@ -63,7 +65,8 @@ QImage paint(const Picture& picture) {
     image.setDevicePixelRatio(picture.scale);
     image.fill(picture.page);
     QPainter painter(&image);
-    PillPainter(painter, picture.pill, {}, picture.background).paint();
+    PillBackdrop backdrop;
+    PillPainter(painter, picture.pill, {}).paint(backdrop, picture.background);
     return image;
 }
 
@@ -157,6 +160,18 @@ TEST(PillPictureComparison, seesAnotherFigure) {
     Picture other = wordsOnLight;
     other.pill.wpmDisplay = 138;
     EXPECT_GT(differentPixels(paint(other), paint(wordsOnLight)), toleratedPixels);
+}
+
+TEST(PillPicture, isAlwaysThatOfTheNewestLook) {
+    PillBackdrop backdrop;
+    for (const Picture& picture : {fullOnDark, wordsOnLight, fullOnDark}) {
+        QImage image = paint(picture);
+        image.fill(picture.page);
+        QPainter painter(&image);
+        PillPainter(painter, picture.pill, {}).paint(backdrop, picture.background);
+        painter.end();
+        EXPECT_EQ(image, paint(picture)) << picture.name;
+    }
 }
 
 TEST(PillPicture, isNothingBelowTheThreshold) {
