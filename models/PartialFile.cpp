@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 
@@ -46,9 +47,15 @@ bool PartialFile::continueAt(qint64 offset) {
 }
 
 bool PartialFile::append(QByteArrayView bytes) {
-    if (m_file.write(bytes.data(), bytes.size()) == bytes.size())
-        return true;
-    return failed(m_file.errorString());
+    // Not through QFile, which forgets the reason when a part of the bytes still found room.
+    while (!bytes.isEmpty()) {
+        const ssize_t count =
+            ::write(m_file.handle(), bytes.data(), static_cast<std::size_t>(bytes.size()));
+        if (count < 0 && errno != EINTR)
+            return failed(qt_error_string(errno));
+        bytes = bytes.sliced(std::max<ssize_t>(count, 0));
+    }
+    return true;
 }
 
 bool PartialFile::putInPlace() {

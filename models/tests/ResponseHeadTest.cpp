@@ -46,7 +46,8 @@ TEST(ResponseHead, isNoneWhenItIsNotHttpOrLeavesTheEndOfTheBodyOpen) {
 
 TEST(ResponseHead, resolvesRedirects) {
     const auto redirect = [](const QByteArray& location) {
-        return parse("HTTP/1.1 302 Found\r\nLocation: " + location)->redirect.toString(QUrl::FullyEncoded);
+        return parse("HTTP/1.1 302 Found\r\nLocation: " + location)
+            ->redirect.toString(QUrl::FullyEncoded);
     };
     EXPECT_EQ(redirect("d"), QStringLiteral("https://models.example/a/d"));
     EXPECT_EQ(redirect("/d?e=%20f"), QStringLiteral("https://models.example/d?e=%20f"));

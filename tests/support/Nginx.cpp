@@ -28,7 +28,7 @@ http {
     fastcgi_temp_path temp/fastcgi;
     uwsgi_temp_path temp/uwsgi;
     scgi_temp_path temp/scgi;
-    log_format ranges '$status $body_bytes_sent $http_range $http_if_range';
+    log_format ranges escape=none '$status $body_bytes_sent $http_range $http_if_range';
     access_log requests.log ranges;
     sendfile on;
     server {
@@ -116,10 +116,15 @@ QByteArray Nginx::etag(const QString& path) const {
            QByteArray::number(file.size(), 16) + '"';
 }
 
-QList<QByteArray> Nginx::requests() const {
-    QList<QByteArray> lines =
-        readFile(m_directory.filePath(QStringLiteral("requests.log"))).split('\n');
-    lines.removeAll(QByteArray());
+QList<QByteArray> Nginx::requests(qsizetype count) const {
+    QList<QByteArray> lines;
+    static_cast<void>(waitUntil([&] {
+        lines = readFile(m_directory.filePath(QStringLiteral("requests.log"))).split('\n');
+        lines.removeAll(QByteArray());
+        return lines.size() >= count;
+    }));
+    for (QByteArray& line : lines)
+        line = line.trimmed();
     return lines;
 }
 

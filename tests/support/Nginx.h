@@ -34,9 +34,9 @@ public:
     /// The strong entity tag that it gives to a file.
     [[nodiscard]] QByteArray etag(const QString& path) const;
 
-    /// One line for each request that has been answered: status, bytes of the body, range asked for
-    /// and the condition for it ("-" for none each).
-    [[nodiscard]] QList<QByteArray> requests() const;
+    /// Waits for that many requests to be answered. One line for each: status, bytes of the body,
+    /// and where there was one the range that was asked for and the condition for it.
+    [[nodiscard]] QList<QByteArray> requests(qsizetype count) const;
 
 private:
     [[nodiscard]] bool start(const QByteArray& directives);
