@@ -43,6 +43,7 @@ AppDelegate::AppDelegate(Platform platform)
       m_troubles(*m_platform.notifier, *m_platform.audioInput, *m_platform.trayItem),
       m_recorder(*m_platform.audioInput),
       m_paster(*m_platform.clipboard, *m_platform.keyPoster),
+      m_models({.cfg = cfg, .downloader = m_downloader, .recorder = m_recorder}, *this),
       m_session({.cfg = cfg,
                  .recorder = m_recorder,
                  .transcriber = m_transcriber,
@@ -65,7 +66,7 @@ AppDelegate::~AppDelegate() = default;
 void AppDelegate::applicationDidFinishLaunching() {
     setState(IconState::warming);
     buildMenu();
-    applyOverlayConfig();
+    m_models.applyOverlayConfig();
     m_recorder.deviceUID = cfg.inputDeviceUID;
     m_recorder.boost = cfg.boostMic;
     m_parakeet.onReady = [this] { setState(IconState::ready); };
@@ -76,11 +77,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     checkPermissions();
     installEventTap();
     openOnboardingIfNeeded();
+    m_models.removeDeadDownloads();
     m_troubles.launched();
 }
 
 void AppDelegate::applicationWillTerminate() {
     m_parakeet.stop();
+    m_downloader.stop();
     m_paster.restoreForGood();
     m_platform.clipboard->handOver();
 }
@@ -188,12 +191,6 @@ void AppDelegate::installEventTap() {
     m_troubles.keysWatched(installed && m_permissions.accessibilityGranted());
     logf(installed ? QStringLiteral("event tap installed OK")
                    : QStringLiteral("EVENT TAP FAILED — grant Accessibility to Sayloft"));
-}
-
-void AppDelegate::applyOverlayConfig() {
-    if (overlay)
-        overlay->configure(cfg.pillStyle == QStringLiteral("minimal"), cfg.animAppear, cfg.animHide,
-                           cfg.holdDuration);
 }
 
 void AppDelegate::openOnboardingIfNeeded() {

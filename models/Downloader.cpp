@@ -14,6 +14,10 @@ Downloader::Downloader(std::chrono::milliseconds stall) : m_stall(stall), m_desk
 }
 
 Downloader::~Downloader() {
+    stop();
+}
+
+void Downloader::stop() {
     m_thread.quit();
     m_thread.wait();
 }

@@ -18,7 +18,6 @@ public:
     /// A host that sends nothing for `stall` has failed.
     explicit Downloader(std::chrono::milliseconds stall = std::chrono::seconds(60));
 
-    /// Gives up a running download; what has arrived is kept if the host can continue from it.
     ~Downloader() override;
     Downloader(const Downloader&) = delete;
     Downloader& operator=(const Downloader&) = delete;
@@ -29,6 +28,10 @@ public:
 
     /// Removes files, slow as that may be for large ones, before any later download begins.
     void remove(const QStringList& files);
+
+    /// Gives up a running download, promptly; what has arrived is kept if the host can continue
+    /// from it. Nothing may be asked for afterwards.
+    void stop();
 
     /// From 0 to 1, exactly 1 at last, at most ten times a second. Never where the host does not
     /// say how large the file is.
