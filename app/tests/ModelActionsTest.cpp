@@ -10,6 +10,7 @@
 #include "tests/support/FakePlatform.h"
 #include "tests/support/FakeUserInterface.h"
 #include "tests/support/Nginx.h"
+#include "tests/support/ServedCatalogue.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
@@ -87,6 +88,7 @@ protected:
     const QString m_english = QStringLiteral("english");
     test::TempHome m_home;
     test::Nginx m_nginx{"location = /slow { limit_rate 10k; }"};
+    const test::ServedCatalogue m_catalogue{m_nginx};
     test::FakePlatform m_fakes;
     Platform m_platform = m_fakes.platform();
     Config m_cfg;
@@ -236,11 +238,39 @@ TEST_F(Models, areSelectedForGoodEvenWhileAnotherIsBeingDownloaded) {
     EXPECT_EQ(m_models.downloadingKey(), QStringLiteral("some"));
 }
 
-TEST_F(Models, thatAreSelectedAndAbsentAreDownloaded) {
-    m_models.setModel(m_english);
+TEST_F(Models, thatAreSelectedAndAbsentAreDownloadedBeforeTheRestart) {
+    m_catalogue.serve(m_english, "content");
+    bool isThen = false;
+    m_models.setModel(m_english, [&] {
+        isThen = true;
+        EXPECT_EQ(count("restart"), 1);
+    });
     EXPECT_EQ(Config::load().model, m_english);
     EXPECT_EQ(m_models.downloadingKey(), m_english);
     EXPECT_EQ(count("restart"), 0);
+    ASSERT_TRUE(test::waitUntil([&] { return isThen; }));
+    EXPECT_EQ(count("restart"), 1);
+    EXPECT_EQ(test::readFile(pathOf(m_english)), "content");
+}
+
+TEST_F(Models, staySelectedWithoutARestartWhenTheirDownloadFails) {
+    bool isThen = false;
+    m_models.setModel(m_english, [&] { isThen = true; });
+    ASSERT_TRUE(test::waitUntil([&] { return isThen; }));
+    EXPECT_EQ(count("restart"), 0);
+    EXPECT_EQ(count("ready"), 0);
+    EXPECT_EQ(Config::load().model, m_english);
+    EXPECT_EQ(m_home.log(), QStringLiteral("model download english: FAILED\n"));
+}
+
+TEST_F(Models, thatAreUnknownAreTakenForTheFirst) {
+    m_catalogue.serve(QStringLiteral("multilingual"), "content");
+    bool isThen = false;
+    m_models.setModel(QStringLiteral("unknown"), [&] { isThen = true; });
+    EXPECT_EQ(Config::load().model, QStringLiteral("unknown"));
+    EXPECT_EQ(m_models.downloadingKey(), QStringLiteral("multilingual"));
+    ASSERT_TRUE(test::waitUntil([&] { return isThen; }));
+    EXPECT_EQ(count("restart"), 1);
 }
 
 TEST_F(Models, thatAreNotInUseAreDeleted) {
