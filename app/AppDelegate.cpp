@@ -45,6 +45,7 @@ AppDelegate::AppDelegate(Platform platform)
       m_troubles(*m_platform.notifier, *m_platform.audioInput, *m_platform.trayItem),
       m_recorder(*m_platform.audioInput),
       m_paster(*m_platform.clipboard, *m_platform.keyPoster),
+      m_models({.cfg = cfg, .downloader = m_downloader, .recorder = m_recorder}, *this),
       m_session({.cfg = cfg,
                  .recorder = m_recorder,
                  .transcriber = m_transcriber,
@@ -71,7 +72,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     setState(IconState::warming);
     buildMenu();
     createOverlay();
-    applyOverlayConfig();
+    m_models.applyOverlayConfig();
     m_recorder.deviceUID = cfg.inputDeviceUID;
     m_recorder.boost = cfg.boostMic;
     m_parakeet.onReady = [this] { setState(IconState::ready); };
@@ -82,11 +83,13 @@ void AppDelegate::applicationDidFinishLaunching() {
     checkPermissions();
     installEventTap();
     openOnboardingIfNeeded();
+    m_models.removeDeadDownloads();
     m_troubles.launched();
 }
 
 void AppDelegate::applicationWillTerminate() {
     m_parakeet.stop();
+    m_downloader.stop();
     m_paster.restoreForGood();
     m_platform.clipboard->handOver();
 }
@@ -200,12 +203,6 @@ void AppDelegate::createOverlay() {
     if (m_platform.windowEffects && !overlay)
         overlay = std::make_unique<PillOverlay>([this] { return m_recorder.level(); },
                                                 *m_platform.windowEffects);
-}
-
-void AppDelegate::applyOverlayConfig() {
-    if (overlay)
-        overlay->configure(cfg.pillStyle == QStringLiteral("minimal"), cfg.animAppear, cfg.animHide,
-                           cfg.holdDuration);
 }
 
 void AppDelegate::openOnboardingIfNeeded() {

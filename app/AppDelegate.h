@@ -3,10 +3,12 @@
 
 #include "app/ChordMachine.h"
 #include "app/DictationSession.h"
+#include "app/ModelActions.h"
 #include "app/StatusItem.h"
 #include "app/TroubleWatch.h"
 #include "app/Windows.h"
 #include "audio/Recorder.h"
+#include "models/Downloader.h"
 #include "overlay/Overlay.h"
 #include "platform/Platform.h"
 #include "speech/ParakeetServer.h"
@@ -25,7 +27,7 @@ namespace sayloft {
 class Updater;
 
 /// Owns and wires every long-lived object, and orders start-up and shutdown. Main thread.
-class AppDelegate : public QObject, private DictationHost {
+class AppDelegate : public QObject, private DictationHost, private ModelHost {
 public:
     explicit AppDelegate(Platform platform);
     ~AppDelegate() override;
@@ -34,14 +36,15 @@ public:
 
     void applicationDidFinishLaunching();
 
-    /// Ends the speech server and waits for it. Nothing of the controller may be used afterwards.
+    /// Ends the speech server and waits for it; a running download is given up. Nothing of the
+    /// controller may be used afterwards.
     void applicationWillTerminate();
 
     /// Another copy of the program was started: this one comes to the front.
     void activate();
 
     /// Restarts the speech server with the configured model, without waiting for it.
-    void restartServer();
+    void restartServer() override;
     void checkPermissions();
     void quit();
 
@@ -69,6 +72,7 @@ public:
     [[nodiscard]] const ChordMachine& chords() const { return m_chords; }
     [[nodiscard]] const DictationSession& session() const { return m_session; }
     [[nodiscard]] Recorder& recorder() { return m_recorder; }
+    [[nodiscard]] ModelActions& models() { return m_models; }
     [[nodiscard]] ParakeetServer& parakeet() { return m_parakeet; }
     [[nodiscard]] History& history() { return m_history; }
 
@@ -76,7 +80,6 @@ private:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem();
     void installEventTap();
     void createOverlay();
-    void applyOverlayConfig();
     void openOnboardingIfNeeded();
     void help(Trouble trouble);
     void storeCapturedChord(const ChordCaptured& captured);
@@ -84,6 +87,8 @@ private:
     [[nodiscard]] Overlay* dictationOverlay() override { return overlay.get(); }
     [[nodiscard]] bool accessibilityTrusted() const override;
     [[nodiscard]] bool serverReady() const override;
+    [[nodiscard]] Overlay* configuredOverlay() override { return overlay.get(); }
+    [[nodiscard]] Windows* openWindows() override { return windows.get(); }
 
     Platform m_platform;
     Permissions m_permissions;
@@ -94,6 +99,8 @@ private:
     ParakeetServer m_parakeet;
     History m_history;
     ChordMachine m_chords;
+    Downloader m_downloader;
+    ModelActions m_models;
     std::unique_ptr<Updater> m_updater;  ///< made on first use
     // Last, so that it is destroyed first: its threads use the objects above.
     DictationSession m_session;

@@ -13,6 +13,9 @@ public:
 
     /// Shows changed settings where the settings window exists.
     virtual void refreshSettings() = 0;
+
+    /// Shows which models are there, and how far a download is, where the onboarding window exists.
+    virtual void refreshOnboarding() = 0;
 };
 
 }  // namespace sayloft

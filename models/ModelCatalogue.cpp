@@ -33,7 +33,7 @@ std::vector<ModelInfo> catalogue() {
 
 }  // namespace
 
-const std::vector<ModelInfo> MODELS = catalogue();
+std::vector<ModelInfo> MODELS = catalogue();
 
 std::optional<QString> existingModelPath(const QString& file) {
     for (const QString& directory : MODEL_SEARCH_DIRS) {

@@ -16,8 +16,9 @@ struct ModelInfo {
     QString label;  ///< text shown to the user
 };
 
-/// Never empty; the first entry stands in for unknown keys.
-extern const std::vector<ModelInfo> MODELS;
+/// Never empty; the first entry stands in for unknown keys. Fixed before main() and only read there
+/// after, as the paths are.
+extern std::vector<ModelInfo> MODELS;
 
 /// The first directory of MODEL_SEARCH_DIRS that holds `file` wins. Existence is all that counts.
 [[nodiscard]] std::optional<QString> existingModelPath(const QString& file);

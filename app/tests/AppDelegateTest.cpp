@@ -82,7 +82,7 @@ TEST_F(Controller, showsTheMenuBeforeAnythingElseAndStaysWarmingWithoutAServer) 
     provideModel(QStringLiteral("multilingual"));
     launch();
     EXPECT_THAT(m_seen,
-                ElementsAre("menu", "full 0.3 0.3 1", "reason speech helper missing", "warming"));
+                ElementsAre("menu", "reason speech helper missing", "warming", "full 0.3 0.3 1"));
 }
 
 TEST_F(Controller, showsReadyOnceTheServerIs) {

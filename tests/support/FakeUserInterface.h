@@ -45,6 +45,7 @@ public:
     void openOnboarding() override { m_seen.push_back("onboarding"); }
     void openSettings() override { m_seen.push_back("settings"); }
     void refreshSettings() override { m_seen.push_back("settings refreshed"); }
+    void refreshOnboarding() override { m_seen.push_back("onboarding refreshed"); }
 
 private:
     Seen& m_seen;

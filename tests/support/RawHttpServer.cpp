@@ -32,6 +32,11 @@ bool readable(int socket) {
     return ::poll(&descriptor, 1, 20) > 0;
 }
 
+void resetOnClose(int connection) {
+    const linger atOnce{.l_onoff = 1, .l_linger = 0};
+    ::setsockopt(connection, SOL_SOCKET, SO_LINGER, &atOnce, sizeof atOnce);
+}
+
 /// Length of the request that begins `data`, none while its header is not complete.
 std::optional<qsizetype> requestLength(const QByteArray& data) {
     const qsizetype headerEnd = data.indexOf("\r\n\r\n");
@@ -114,6 +119,8 @@ void RawHttpServer::serveConnection(int connection, const RawAnswer& answer) {
     send(connection, answer);
     while (answer.then == RawAnswer::Then::hang && !m_ending)
         std::this_thread::sleep_for(5ms);
+    if (answer.then == RawAnswer::Then::reset)
+        resetOnClose(connection);
 }
 
 void RawHttpServer::send(int connection, const RawAnswer& answer) const {

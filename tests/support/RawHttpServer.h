@@ -14,7 +14,7 @@ namespace sayloft::test {
 
 /// How a connection is treated once its request is there.
 struct RawAnswer {
-    enum class Then { close, hang };
+    enum class Then { close, hang, reset };
 
     QByteArray bytes;  ///< sent as they are
     Then then = Then::close;

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#include "models/DownloadAddress.h"
+
+#include <QHostAddress>
+
+namespace sayloft {
+namespace {
+
+bool isThisMachine(const QString& host) {
+    return host == QStringLiteral("localhost") || QHostAddress(host).isLoopback();
+}
+
+}  // namespace
+
+bool mayDownloadFrom(const QUrl& url) {
+    if (!url.isValid() || url.host().isEmpty())
+        return false;
+    if (url.scheme() == QStringLiteral("https"))
+        return true;
+    return url.scheme() == QStringLiteral("http") && isThisMachine(url.host());
+}
+
+}  // namespace sayloft

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#include "models/Downloader.h"
+
+#include "models/Transfer.h"
+
+#include <QFile>
+
+namespace sayloft {
+
+Downloader::Downloader(std::chrono::milliseconds stall) : m_stall(stall), m_desk(new QObject) {
+    m_desk->moveToThread(&m_thread);
+    connect(&m_thread, &QThread::finished, m_desk, &QObject::deleteLater);
+    m_thread.start();
+}
+
+Downloader::~Downloader() {
+    stop();
+}
+
+void Downloader::stop() {
+    m_thread.quit();
+    m_thread.wait();
+}
+
+void Downloader::download(const QUrl& url, const QString& destination) {
+    TransferOrder order{.url = url,
+                        .destination = destination,
+                        .stall = m_stall,
+                        .onProgress =
+                            [this](double fraction) {
+                                QMetaObject::invokeMethod(this, [this, fraction] {
+                                    if (onProgress)
+                                        onProgress(fraction);
+                                });
+                            },
+                        .onDone =
+                            [this](bool succeeded) {
+                                QMetaObject::invokeMethod(this, [this, succeeded] {
+                                    if (onDone)
+                                        onDone(succeeded);
+                                });
+                            }};
+    QMetaObject::invokeMethod(m_desk, [desk = m_desk, order] {
+        auto* transfer = new Transfer(order, desk);
+        transfer->start();
+    });
+}
+
+void Downloader::remove(const QStringList& files) {
+    QMetaObject::invokeMethod(m_desk, [files] {
+        for (const QString& file : files)
+            QFile::remove(file);
+    });
+}
+
+}  // namespace sayloft
