@@ -8,6 +8,7 @@
 #include "platform/AudioInput.h"
 #include "platform/Clipboard.h"
 #include "platform/KeyPoster.h"
+#include "platform/LoginItem.h"
 #include "platform/ModifierWatch.h"
 #include "platform/Notifier.h"
 #include "platform/PrivacySettings.h"
@@ -135,6 +136,15 @@ void AppDelegate::openSettings() {
     if (!QFileInfo::exists(Config::url()))
         cfg.save();
     QDesktopServices::openUrl(QUrl::fromLocalFile(Config::url()));
+}
+
+void AppDelegate::openDict() {
+    if (windows)
+        windows->openDict();
+}
+
+std::vector<InputDevice> AppDelegate::inputDeviceList() const {
+    return InputDevices(*m_platform.audioInput).inputDeviceList();
 }
 
 void AppDelegate::checkForUpdates() {

@@ -7,6 +7,7 @@
 #include "app/StatusItem.h"
 #include "app/TroubleWatch.h"
 #include "app/Windows.h"
+#include "audio/InputDevices.h"
 #include "audio/Recorder.h"
 #include "models/Downloader.h"
 #include "overlay/Overlay.h"
@@ -21,9 +22,11 @@
 #include <QObject>
 
 #include <memory>
+#include <vector>
 
 namespace sayloft {
 
+class LoginItem;
 class Updater;
 
 /// Owns and wires every long-lived object, and orders start-up and shutdown. Main thread.
@@ -52,6 +55,7 @@ public:
     void copyHistoryItem(const QString& transcript);
     void clearHistory();
     void openSettings();
+    void openDict();
     void checkForUpdates();
 
     /// `held` is the complete set of modifiers that are down.
@@ -75,6 +79,9 @@ public:
     [[nodiscard]] ModelActions& models() { return m_models; }
     [[nodiscard]] ParakeetServer& parakeet() { return m_parakeet; }
     [[nodiscard]] History& history() { return m_history; }
+    [[nodiscard]] Permissions& permissions() { return m_permissions; }
+    [[nodiscard]] LoginItem& loginItem() { return *m_platform.loginItem; }
+    [[nodiscard]] std::vector<InputDevice> inputDeviceList() const;
 
 private:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem();

@@ -10,6 +10,7 @@ public:
 
     virtual void openOnboarding() = 0;
     virtual void openSettings() = 0;
+    virtual void openDict() = 0;
 
     /// Shows changed settings where the settings window exists.
     virtual void refreshSettings() = 0;

@@ -6,6 +6,7 @@
 #include "models/Paths.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
+#include "ui/AppWindows.h"
 
 #include <QApplication>
 #include <QDir>
@@ -13,6 +14,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <memory>
 
 int main(int argc, char** argv) {
     using namespace sayloft;
@@ -34,6 +36,7 @@ int main(int argc, char** argv) {
         return 0;
 
     AppDelegate delegate(loadPlatform());
+    delegate.windows = std::make_unique<AppWindows>(delegate);
     instance.onActivate = [&delegate] { delegate.activate(); };
     const QuitSignals quitSignals([&delegate] { delegate.quit(); });
     QObject::connect(&application, &QApplication::aboutToQuit, &delegate,

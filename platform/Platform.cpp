@@ -4,6 +4,7 @@
 #include "platform/AudioInput.h"
 #include "platform/Clipboard.h"
 #include "platform/KeyPoster.h"
+#include "platform/LoginItem.h"
 #include "platform/ModifierWatch.h"
 #include "platform/Notifier.h"
 #include "platform/PrivacySettings.h"

@@ -8,6 +8,7 @@ namespace sayloft {
 class AudioInput;
 class Clipboard;
 class KeyPoster;
+class LoginItem;
 class ModifierWatch;
 class Notifier;
 class PrivacySettings;
@@ -31,6 +32,7 @@ struct Platform {
     std::unique_ptr<KeyPoster> keyPoster;
     std::unique_ptr<TrayItem> trayItem;
     std::unique_ptr<WindowEffects> windowEffects;
+    std::unique_ptr<LoginItem> loginItem;
 };
 
 /// The services of the system that the program runs on. Main thread, after the application object

@@ -8,6 +8,7 @@
 #include "platform/linux/AudioInputPulse.h"
 #include "platform/linux/ClipboardX11.h"
 #include "platform/linux/KeyPosterX11.h"
+#include "platform/linux/LoginItemXdg.h"
 #include "platform/linux/ModifierWatchX11.h"
 #include "platform/linux/NotifierFreedesktop.h"
 #include "platform/linux/PrivacySettingsX11.h"
@@ -42,6 +43,7 @@ Platform loadPlatform() {
     platform.clipboard = std::move(clipboard);
     platform.trayItem =
         std::make_unique<TrayItemSni>(BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
+    platform.loginItem = std::make_unique<LoginItemXdg>();
     platform.windowEffects = std::make_unique<WindowEffectsX11>();
     return platform;
 }

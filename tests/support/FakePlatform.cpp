@@ -48,6 +48,12 @@ void FakeKeyPoster::postKey(std::uint16_t virtualKey, std::uint64_t flags, Poste
     posted();
 }
 
+std::optional<QString> FakeLoginItem::setEnabled(bool wanted) {
+    if (!refusal)
+        enabled = wanted;
+    return refusal;
+}
+
 FakePlatform::FakePlatform()
     : audio(install<FakeAudioInput>(m_platform.audioInput)),
       sounds(install<FakeSystemSounds>(m_platform.sounds)),
@@ -56,7 +62,8 @@ FakePlatform::FakePlatform()
       modifierWatch(install<FakeModifierWatch>(m_platform.modifierWatch)),
       clipboard(install<FakeClipboard>(m_platform.clipboard)),
       keyPoster(install<FakeKeyPoster>(m_platform.keyPoster)),
-      trayItem(install<FakeTrayItem>(m_platform.trayItem)) {
+      trayItem(install<FakeTrayItem>(m_platform.trayItem)),
+      loginItem(install<FakeLoginItem>(m_platform.loginItem)) {
     audio.defaultFormat = {.sampleRate = 48000, .channels = 1};
 }
 

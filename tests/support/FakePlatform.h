@@ -3,6 +3,7 @@
 
 #include "platform/Clipboard.h"
 #include "platform/KeyPoster.h"
+#include "platform/LoginItem.h"
 #include "platform/ModifierWatch.h"
 #include "platform/Notifier.h"
 #include "platform/Platform.h"
@@ -82,6 +83,16 @@ public:
     std::vector<std::pair<std::uint16_t, std::uint64_t>> keys;
 };
 
+/// A system that starts what it is told to, or refuses.
+class FakeLoginItem : public LoginItem {
+public:
+    [[nodiscard]] bool isEnabled() const override { return enabled; }
+    [[nodiscard]] std::optional<QString> setEnabled(bool wanted) override;
+
+    bool enabled = false;
+    std::optional<QString> refusal;  ///< what it says instead of obeying
+};
+
 /// A tray that only remembers.
 class FakeTrayItem : public TrayItem {
 public:
@@ -119,6 +130,7 @@ public:
     FakeClipboard& clipboard;
     FakeKeyPoster& keyPoster;
     FakeTrayItem& trayItem;
+    FakeLoginItem& loginItem;
 };
 
 }  // namespace sayloft::test

@@ -44,6 +44,7 @@ public:
     explicit FakeWindows(Seen& seen) : m_seen(seen) {}
     void openOnboarding() override { m_seen.push_back("onboarding"); }
     void openSettings() override { m_seen.push_back("settings"); }
+    void openDict() override { m_seen.push_back("dictionary"); }
     void refreshSettings() override { m_seen.push_back("settings refreshed"); }
     void refreshOnboarding() override { m_seen.push_back("onboarding refreshed"); }
 
