@@ -1,19 +1,17 @@
 // SPDX-License-Identifier: MIT
 #include "models/LinkedEntity.h"
 
-#include <QCryptographicHash>
-
 namespace sayloft {
 namespace {
+
+constexpr qsizetype sha256Digits = 64;
 
 QByteArray sha256Of(QByteArray tag) {
     tag = tag.trimmed();
     if (tag.size() >= 2 && tag.startsWith('"') && tag.endsWith('"'))
         tag = tag.mid(1, tag.size() - 2);
     const QByteArray digest = QByteArray::fromHex(tag).toHex();
-    const bool isDigest =
-        digest == tag.toLower() &&
-        digest.size() == 2 * QCryptographicHash::hashLength(QCryptographicHash::Sha256);
+    const bool isDigest = digest == tag.toLower() && digest.size() == sha256Digits;
     return isDigest ? digest : QByteArray();
 }
 

@@ -6,7 +6,7 @@
 namespace sayloft {
 
 // A hundredth of a second of hashing.
-constexpr qint64 sliceSize = 2 * 1024 * 1024;
+constexpr qint64 sliceSize = qint64{2} * 1024 * 1024;
 
 StoredDigest::StoredDigest(const QString& path, qint64 length)
     : m_file(path), m_left(length), m_slice(sliceSize, Qt::Uninitialized) {

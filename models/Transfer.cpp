@@ -140,7 +140,8 @@ bool Transfer::openFile() {
 bool Transfer::hasSpace() {
     const qint64 needed = m_body->size ? *m_body->size - m_received : 0;
     const qint64 free = m_file.freeSpace();
-    if (needed <= free)
+    // Nobody knows how much is free on some file systems.
+    if (free < 0 || needed <= free)
         return true;
     failDownload(QStringLiteral("not enough disk space: %1 bytes are needed and %2 are free")
                      .arg(needed)
