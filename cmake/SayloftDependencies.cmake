@@ -5,6 +5,7 @@ find_package(Qt6 6.4 REQUIRED COMPONENTS Core Gui Widgets Network DBus Test)
 find_package(nlohmann_json 3.11 REQUIRED)
 
 pkg_check_modules(SOXR REQUIRED IMPORTED_TARGET soxr)
+pkg_check_modules(CURL REQUIRED IMPORTED_TARGET libcurl)
 pkg_check_modules(SNDFILE REQUIRED IMPORTED_TARGET sndfile)
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")

@@ -4,13 +4,9 @@
 #include <QHostAddress>
 
 namespace sayloft {
-namespace {
-
 bool isThisMachine(const QString& host) {
     return host == QStringLiteral("localhost") || QHostAddress(host).isLoopback();
 }
-
-}  // namespace
 
 bool mayDownloadFrom(const QUrl& url) {
     if (!url.isValid() || url.host().isEmpty())

@@ -1,114 +1,110 @@
 // SPDX-License-Identifier: MIT
 #include "models/HttpFetch.h"
 
+#include "models/CurlOnEventLoop.h"
+#include "models/DownloadAddress.h"
+
 #include <utility>
 
 namespace sayloft {
 namespace {
 
-constexpr qint64 bufferSize = 256 * 1024;
-constexpr qsizetype longestHead = 64 * 1024;
+constexpr long bufferSize = 256 * 1024;
 
-QByteArray requestFor(const QUrl& url, const QByteArray& headers) {
-    const QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
-    const QByteArray query = url.query(QUrl::FullyEncoded).toLatin1();
-    const QString host = url.adjusted(QUrl::RemoveUserInfo).authority(QUrl::FullyEncoded);
-    return "GET " + (path.isEmpty() ? "/" : path) + (url.hasQuery() ? '?' + query : QByteArray()) +
-           " HTTP/1.1\r\nHost: " + host.toLatin1() +
-           "\r\nUser-Agent: Sayloft\r\nAccept: */*\r\nAccept-Encoding: identity\r\n"
-           "Connection: close\r\n" +
-           headers + "\r\n";
+CurlList curlList(const QList<QByteArray>& lines) {
+    CurlList list;
+    for (const QByteArray& line : lines) {
+        curl_slist* longer = curl_slist_append(list.get(), line.constData());
+        static_cast<void>(list.release());
+        list.reset(longer);
+    }
+    return list;
 }
 
 }  // namespace
 
-HttpFetch::HttpFetch(const QUrl& url, const QByteArray& headers, Callbacks callbacks,
+HttpFetch::HttpFetch(const QUrl& url, const QList<QByteArray>& headers, Callbacks callbacks,
                      QObject* parent)
     : QObject(parent),
       m_url(url),
-      m_headers(headers),
       m_callbacks(std::move(callbacks)),
-      m_buffer(bufferSize, Qt::Uninitialized) {
-    const bool isSecure = url.scheme() == QStringLiteral("https");
-    m_socket.setReadBufferSize(bufferSize);
-    connect(&m_socket, &QSslSocket::readyRead, this, [this] { read(); });
-    connect(&m_socket, &QSslSocket::errorOccurred, this,
-            [this](QAbstractSocket::SocketError error) { disconnected(error); });
-    connect(&m_socket, isSecure ? &QSslSocket::encrypted : &QSslSocket::connected, this,
-            [this] { connected(); });
-    const auto port = static_cast<quint16>(url.port(isSecure ? 443 : 80));
-    if (isSecure)
-        m_socket.connectToHostEncrypted(url.host(QUrl::FullyEncoded), port);
-    else
-        m_socket.connectToHost(url.host(QUrl::FullyEncoded), port);
+      m_headers(curlList(headers)),
+      m_easy(curl_easy_init()) {
+    setOptions(headers);
+    m_loop = std::make_unique<CurlOnEventLoop>(
+        m_easy.get(), [this](CURLcode result) { done(result); }, nullptr);
+}
+
+HttpFetch::~HttpFetch() = default;
+
+void HttpFetch::setOptions(const QList<QByteArray>& headers) {
+    CURL* easy = m_easy.get();
+    curl_easy_setopt(easy, CURLOPT_URL,
+                     m_url.toEncoded(QUrl::RemoveUserInfo | QUrl::RemoveFragment).constData());
+    curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
+    curl_easy_setopt(easy, CURLOPT_USERAGENT, "Sayloft");
+    curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, bufferSize);
+    curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_error.data());
+    if (!headers.isEmpty())
+        curl_easy_setopt(easy, CURLOPT_HTTPHEADER, m_headers.get());
+    // No proxy knows the way back to this machine.
+    if (isThisMachine(m_url.host()))
+        curl_easy_setopt(easy, CURLOPT_PROXY, "");
+    // Whom the user trusts besides, as other programs on OpenSSL take it.
+    if (const QByteArray trusted = qgetenv("SSL_CERT_FILE"); !trusted.isEmpty())
+        curl_easy_setopt(easy, CURLOPT_CAINFO, trusted.constData());
+    curl_easy_setopt(easy, CURLOPT_HEADERFUNCTION, &HttpFetch::lineArrived);
+    curl_easy_setopt(easy, CURLOPT_HEADERDATA, this);
+    curl_easy_setopt(easy, CURLOPT_WRITEFUNCTION, &HttpFetch::bodyArrived);
+    curl_easy_setopt(easy, CURLOPT_WRITEDATA, this);
 }
 
 void HttpFetch::giveUp() {
     m_isOver = true;
-    m_socket.disconnect(this);
-    // It may be one of its signals that has led here.
+    // It may be a callback of the transfer that has led here.
     deleteLater();
 }
 
-void HttpFetch::connected() {
-    m_socket.write(requestFor(m_url, m_headers));
+// Both tell by their result how much they have taken; anything but all of it ends the transfer.
+std::size_t HttpFetch::lineArrived(const char* bytes, std::size_t size, std::size_t count,
+                                   void* self) {
+    const std::size_t length = size * count;
+    const QByteArrayView line(bytes, static_cast<qsizetype>(length));
+    return static_cast<HttpFetch*>(self)->takeLine(line) ? length : 0;
 }
 
-void HttpFetch::read() {
-    while (!m_isOver && m_socket.bytesAvailable() > 0) {
-        const qint64 count = m_socket.read(m_buffer.data(), m_buffer.size());
-        if (count <= 0)
-            return;
-        const QByteArrayView bytes = QByteArrayView(m_buffer).first(count);
-        if (m_body)
-            readBody(bytes);
-        else
-            readHead(bytes);
-    }
+std::size_t HttpFetch::bodyArrived(const char* bytes, std::size_t size, std::size_t count,
+                                   void* self) {
+    auto* fetch = static_cast<HttpFetch*>(self);
+    const std::size_t length = size * count;
+    const QByteArrayView body(bytes, static_cast<qsizetype>(length));
+    const bool isWanted = !fetch->m_isOver && fetch->m_callbacks.onBody(body);
+    return isWanted && !fetch->m_isOver ? length : 0;
 }
 
-void HttpFetch::readHead(QByteArrayView bytes) {
-    m_head.append(bytes);
-    const qsizetype length = m_head.indexOf("\r\n\r\n");
-    if (length < 0 && m_head.size() <= longestHead)
-        return;
-    const auto head = length < 0 ? std::nullopt : ResponseHead::parse(m_head.left(length), m_url);
-    if (!head)
-        return end(QStringLiteral("the host does not speak HTTP"));
-    const QByteArray rest = m_head.mid(length + 4);
-    m_head.clear();
-    // An interim answer, which the final one follows.
-    if (head->status < 200)
-        return rest.isEmpty() ? void() : readHead(rest);
-    m_body.emplace(*head);
-    m_callbacks.onHead(*head);
-    if (!m_isOver)
-        readBody(rest);
+// An empty line ends the head of an answer. Interim answers come before the one that counts, and
+// trailers after the body.
+bool HttpFetch::takeLine(QByteArrayView line) {
+    if (m_isOver)
+        return false;
+    if (!line.trimmed().isEmpty() || m_hasHead)
+        return true;
+    const ResponseHead head = ResponseHead::of(m_easy.get(), m_url);
+    if (head.status < 200)
+        return true;
+    m_hasHead = true;
+    m_callbacks.onHead(head);
+    return !m_isOver;
 }
 
-void HttpFetch::readBody(QByteArrayView bytes) {
-    const bool isWell = m_body->decode(
-        bytes, [this](QByteArrayView piece) { return m_callbacks.onBody(piece) && !m_isOver; });
+void HttpFetch::done(CURLcode result) {
     if (m_isOver)
         return;
-    if (!isWell)
-        end(QStringLiteral("the host does not speak HTTP"));
-    else if (m_body->isComplete())
-        end({});
-}
-
-void HttpFetch::disconnected(QAbstractSocket::SocketError error) {
-    read();
-    if (m_isOver)
-        return;
-    const bool isTheEnd = error == QAbstractSocket::RemoteHostClosedError && m_body &&
-                          m_body->endsWithTheConnection();
-    end(isTheEnd ? QString() : m_socket.errorString());
-}
-
-void HttpFetch::end(const QString& error) {
+    const QString error =
+        QString::fromUtf8(m_error.front() == '\0' ? curl_easy_strerror(result) : m_error.data());
     giveUp();
-    m_callbacks.onEnd(error);
+    m_callbacks.onEnd(result == CURLE_OK ? QString() : error);
 }
 
 }  // namespace sayloft

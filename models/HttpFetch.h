@@ -1,26 +1,27 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "models/BodyDecoder.h"
+#include "models/CurlHandles.h"
 #include "models/ResponseHead.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QList>
 #include <QObject>
-#include <QSslSocket>
 #include <QString>
 #include <QUrl>
 
+#include <array>
+#include <cstddef>
 #include <functional>
-#include <optional>
+#include <memory>
 
 namespace sayloft {
 
-/// One GET on a connection of its own, over HTTP or HTTPS. Reads no more than is being taken, so
-/// that its memory stays flat, and takes no body for whole that is not.
-///
-/// WORKAROUND: QNetworkAccessManager of Qt 6.4 now and then takes a body in chunks that was cut for
-/// a whole one, and over HTTP/2 keeps in memory whatever comes.
+class CurlOnEventLoop;
+
+/// One GET over HTTP or HTTPS through libcurl. Its memory stays flat whatever comes, and a body
+/// that was cut is an error. Redirects are not followed.
 class HttpFetch : public QObject {
 public:
     struct Callbacks {
@@ -29,28 +30,35 @@ public:
         std::function<void(const QString& error)> onEnd;  ///< last; empty: all has come
     };
 
-    /// `headers` are lines that end in CR LF. Nothing is called back before the event loop runs,
-    /// and nothing after `giveUp`.
-    HttpFetch(const QUrl& url, const QByteArray& headers, Callbacks callbacks, QObject* parent);
+    /// `headers` are whole lines without their ends. Nothing is called back before the event loop
+    /// runs, and nothing after `giveUp`.
+    HttpFetch(const QUrl& url, const QList<QByteArray>& headers, Callbacks callbacks,
+              QObject* parent);
+
+    ~HttpFetch() override;
+    HttpFetch(const HttpFetch&) = delete;
+    HttpFetch& operator=(const HttpFetch&) = delete;
 
     /// Ends the connection; the object deletes itself.
     void giveUp();
 
 private:
-    void connected();
-    void read();
-    void readHead(QByteArrayView bytes);
-    void readBody(QByteArrayView bytes);
-    void disconnected(QAbstractSocket::SocketError error);
-    void end(const QString& error);
+    static std::size_t lineArrived(const char* bytes, std::size_t size, std::size_t count,
+                                   void* self);
+    static std::size_t bodyArrived(const char* bytes, std::size_t size, std::size_t count,
+                                   void* self);
+
+    void setOptions(const QList<QByteArray>& headers);
+    [[nodiscard]] bool takeLine(QByteArrayView line);
+    void done(CURLcode result);
 
     const QUrl m_url;
-    const QByteArray m_headers;
     const Callbacks m_callbacks;
-    QSslSocket m_socket;
-    QByteArray m_buffer;
-    QByteArray m_head;
-    std::optional<BodyDecoder> m_body;
+    std::array<char, CURL_ERROR_SIZE> m_error{};
+    CurlList m_headers;
+    CurlEasy m_easy;
+    std::unique_ptr<CurlOnEventLoop> m_loop;
+    bool m_hasHead = false;
     bool m_isOver = false;
 };
 

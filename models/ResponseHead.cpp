@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "models/ResponseHead.h"
 
-#include <QHash>
 #include <QRegularExpression>
 
 namespace sayloft {
 namespace {
-
-/// Values by the names of their headers in lower case; of several the first.
-using Headers = QHash<QByteArray, QByteArray>;
 
 std::optional<qint64> number(const QString& digits) {
     static const QRegularExpression form(QStringLiteral(R"(^\d+$)"));
@@ -17,40 +13,33 @@ std::optional<qint64> number(const QString& digits) {
     return isNumber && form.match(digits).hasMatch() ? std::optional(value) : std::nullopt;
 }
 
-Headers headersIn(const QList<QByteArray>& lines) {
-    Headers headers;
-    for (const QByteArray& line : lines) {
-        const qsizetype colon = line.indexOf(':');
-        const QByteArray name = line.left(colon).toLower();
-        if (colon > 0 && !headers.contains(name))
-            headers.insert(name, line.mid(colon + 1).trimmed());
-    }
-    return headers;
+/// Of several headers of that name the first; empty when there is none.
+QByteArray header(CURL* transfer, const char* name) {
+    constexpr int ofTheLastAnswer = -1;
+    curl_header* found = nullptr;
+    const auto result = curl_easy_header(transfer, name, 0, CURLH_HEADER, ofTheLastAnswer, &found);
+    return result == CURLHE_OK ? QByteArray(found->value) : QByteArray();
 }
 
-int statusIn(const QByteArray& line) {
-    static const QRegularExpression form(QStringLiteral(R"(^HTTP/1\.\d (\d\d\d)(\s|$))"));
-    return form.match(QString::fromLatin1(line)).captured(1).toInt();
+int statusOf(CURL* transfer) {
+    long status = 0;
+    curl_easy_getinfo(transfer, CURLINFO_RESPONSE_CODE, &status);
+    return static_cast<int>(status);
+}
+
+std::optional<qint64> lengthOf(CURL* transfer, int status) {
+    const bool neverHasBody = status == 204 || status == 304;
+    if (neverHasBody)
+        return 0;
+    curl_off_t length = -1;
+    curl_easy_getinfo(transfer, CURLINFO_CONTENT_LENGTH_DOWNLOAD_T, &length);
+    return length < 0 ? std::nullopt : std::optional<qint64>(length);
 }
 
 QUrl redirectOf(int status, const QByteArray& location, const QUrl& url) {
     const bool redirects =
         status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
     return redirects && !location.isEmpty() ? url.resolved(QUrl::fromEncoded(location)) : QUrl();
-}
-
-// False when the headers do not say where the body ends.
-bool readFraming(const Headers& headers, ResponseHead& head) {
-    const QByteArray transfer = headers.value("transfer-encoding").toLower();
-    head.isChunked = transfer == "chunked";
-    if (!transfer.isEmpty())
-        return head.isChunked;
-    const QByteArray length = headers.value("content-length");
-    head.length = number(QString::fromLatin1(length));
-    const bool neverHasBody = head.status == 204 || head.status == 304;
-    if (neverHasBody)
-        head.length = 0;
-    return head.length || length.isEmpty();
 }
 
 }  // namespace
@@ -66,20 +55,17 @@ std::optional<ContentRange> ContentRange::parse(const QByteArray& value) {
     return ContentRange{.first = *first, .last = *last, .size = number(match.captured(3))};
 }
 
-std::optional<ResponseHead> ResponseHead::parse(const QByteArray& bytes, const QUrl& url) {
-    const QList<QByteArray> lines = bytes.split('\n');
+ResponseHead ResponseHead::of(CURL* transfer, const QUrl& url) {
     ResponseHead head;
-    head.status = statusIn(lines.front().trimmed());
-    const Headers headers = headersIn(lines.mid(1));
-    if (head.status == 0 || !readFraming(headers, head))
-        return std::nullopt;
-    const QByteArray encoding = headers.value("content-encoding").toLower();
-    head.redirect = redirectOf(head.status, headers.value("location"), url);
-    head.range = ContentRange::parse(headers.value("content-range"));
-    head.etag = headers.value("etag");
+    head.status = statusOf(transfer);
+    head.redirect = redirectOf(head.status, header(transfer, "Location"), url);
+    head.length = lengthOf(transfer, head.status);
+    head.range = ContentRange::parse(header(transfer, "Content-Range"));
+    head.etag = header(transfer, "ETag");
+    const QByteArray encoding = header(transfer, "Content-Encoding").toLower();
     head.isEncoded = !encoding.isEmpty() && encoding != "identity";
-    head.linked =
-        LinkedEntity::fromHeaders(headers.value("x-linked-etag"), headers.value("x-linked-size"));
+    head.linked = LinkedEntity::fromHeaders(header(transfer, "X-Linked-ETag"),
+                                            header(transfer, "X-Linked-Size"));
     return head;
 }
 

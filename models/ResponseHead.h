@@ -7,6 +7,8 @@
 #include <QUrl>
 #include <QtGlobal>
 
+#include <curl/curl.h>
+
 #include <optional>
 
 namespace sayloft {
@@ -26,8 +28,7 @@ struct ContentRange {
 struct ResponseHead {
     int status = 0;
     QUrl redirect;                 ///< absolute; empty unless the status sends us there
-    std::optional<qint64> length;  ///< of the body; none for one in chunks
-    bool isChunked = false;
+    std::optional<qint64> length;  ///< of the body, where the host tells it
     std::optional<ContentRange> range;
     QByteArray etag;
     bool isEncoded = false;  ///< the body is compressed or otherwise not the file itself
@@ -35,10 +36,8 @@ struct ResponseHead {
 
     [[nodiscard]] bool isSuccess() const { return status >= 200 && status <= 299; }
 
-    /// `bytes` are the status line and the headers, `url` is where they came from. None when that
-    /// is no HTTP/1 or leaves open where the body ends.
-    [[nodiscard]] static std::optional<ResponseHead> parse(const QByteArray& bytes,
-                                                           const QUrl& url);
+    /// Of a transfer whose headers have all come. `url` is where they came from.
+    [[nodiscard]] static ResponseHead of(CURL* transfer, const QUrl& url);
 };
 
 }  // namespace sayloft

@@ -11,11 +11,12 @@ namespace sayloft {
 namespace {
 
 constexpr int redirectLimit = 10;
-QByteArray headersFor(const std::optional<StoredPart>& stored) {
+
+QList<QByteArray> headersFor(const std::optional<StoredPart>& stored) {
     if (!stored)
         return {};
-    return "Range: bytes=" + QByteArray::number(stored->length) +
-           "-\r\nIf-Range: " + stored->note.etag + "\r\n";
+    return {"Range: bytes=" + QByteArray::number(stored->length) + '-',
+            "If-Range: " + stored->note.etag};
 }
 
 }  // namespace
