@@ -2,6 +2,7 @@
 // What the user is told when something is missing, by the real program on real desktops.
 #include "tests/support/BusMonitor.h"
 #include "tests/support/NotificationDaemon.h"
+#include "tests/support/ProcessFigures.h"
 #include "tests/support/RawHttpServer.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
@@ -94,6 +95,22 @@ TEST_F(Trouble, ofAMissingTrayIsToldWithTheRemedy) {
     startSayloft(R"({"model":"starter"})");
     EXPECT_TRUE(tooltipSays(QStringLiteral("no place for the icon")));
     EXPECT_TRUE(m_messages.hears("GNOME shows the icon with its AppIndicator extension"));
+}
+
+TEST_F(Trouble, ofAMissingTrayIsNotToldAtTheNextStartAndCostsNothing) {
+    m_room = std::make_unique<test::SoundServer>();
+    startSayloft(R"({"model":"starter"})");
+    ASSERT_TRUE(m_messages.hears("its icon has no place"));
+    m_sayloft.reset();
+    startSayloft(R"({"model":"starter"})");
+    ASSERT_TRUE(m_sayloft->waitForHelper());
+    // A tray is given ten seconds to come up.
+    test::turnEventLoopFor(12s);
+    EXPECT_EQ(m_messages.count("its icon has no place"), 1);
+    const qint64 pid = m_sayloft->program().pid();
+    const long before = test::threadSwitchesOf(pid).voluntary;
+    test::turnEventLoopFor(5s);
+    EXPECT_EQ(test::threadSwitchesOf(pid).voluntary, before);
 }
 
 TEST_F(Trouble, isNotToldWhereAllIsWell) {
