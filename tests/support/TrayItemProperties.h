@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QColor>
+#include <QImage>
+#include <QString>
+
+#include <vector>
+
+namespace sayloft::test {
+
+/// What a panel reads of an item before it paints it.
+struct TrayItemProperties {
+    QString title;
+    QString iconName;  ///< empty: the pictures count
+    std::vector<QImage> pictures;
+    QString toolTipTitle;
+    QString toolTipText;
+
+    /// From the answer to GetAll as gdbus prints it; throws std::runtime_error where that lacks
+    /// something.
+    [[nodiscard]] static TrayItemProperties fromGdbus(const QString& answer);
+};
+
+/// The colour that most pixels have which are not empty; transparent where all are.
+[[nodiscard]] QColor mainColour(const QImage& picture);
+
+}  // namespace sayloft::test
