@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the tray item says while somebody dictates, seen from outside on the bus.
 #include "tests/endtoend/DictationDesk.h"
+#include "tests/support/Colours.h"
 #include "tests/support/TitleWatch.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/TrayHost.h"
@@ -8,8 +9,6 @@
 
 #include <QColor>
 #include <QImage>
-
-#include <cstdlib>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,12 +37,6 @@ const Look looksReady{ready, QStringLiteral("MenuIcon-symbolic"), {134, 134, 134
 const Look looksListening{listening, {}, {224, 49, 43}};
 const Look looksFailed{didNotWork, {}, {255, 149, 0}};
 
-bool isAlmost(const QColor& colour, const QColor& wanted) {
-    return std::abs(colour.red() - wanted.red()) <= 1 &&
-           std::abs(colour.green() - wanted.green()) <= 1 &&
-           std::abs(colour.blue() - wanted.blue()) <= 1 && colour.alpha() == wanted.alpha();
-}
-
 class TheTrayItem : public testing::Test {
 protected:
     /// Whether the item comes to look like that, in every size, once it has the title.
@@ -53,7 +46,7 @@ protected:
         const test::TrayItemProperties seen = m_client.properties();
         for (const QImage& picture : seen.pictures) {
             const QColor colour = test::mainColour(picture);
-            if (!isAlmost(colour, look.colour))
+            if (!test::isAlmost(colour, look.colour))
                 return testing::AssertionFailure()
                        << "it is " << colour.name(QColor::HexArgb).toStdString();
         }

@@ -4,6 +4,7 @@
 #include "tests/endtoend/TrayDesktop.h"
 #include "tests/support/VisibleWindows.h"
 
+#include <cmath>
 #include <csignal>
 #include <utility>
 #include <vector>
@@ -18,7 +19,19 @@ using test::TrayHostKind;
 // Of the symbol where the panel does not colour it.
 const QColor readyColour(134, 134, 134);
 
-class EveryTray : public Tray, public testing::WithParamInterface<TrayHostKind> {};
+class EveryTray : public Tray, public testing::WithParamInterface<TrayHostKind> {
+protected:
+    /// What is left of the colour where the panel shines through it.
+    [[nodiscard]] QColor paled(const QColor& colour) const {
+        constexpr double opacity = 140.0 / 255;
+        const QColor panel = pictureOfThePanel().pixelColor(4, 4);
+        const auto mixed = [](int over, int under) {
+            return static_cast<int>(std::lround(opacity * over + (1 - opacity) * under));
+        };
+        return {mixed(colour.red(), panel.red()), mixed(colour.green(), panel.green()),
+                mixed(colour.blue(), panel.blue())};
+    }
+};
 
 TEST_P(EveryTray, showsTheItemAtOnce) {
     startPanel(GetParam());
@@ -50,11 +63,14 @@ TEST_P(EveryTray, paintsEveryState) {
     m_environment.insert(QStringLiteral("HOME"), home());
     test::ChildProgram item(QStringLiteral(SAYLOFT_TRAY_STATES), {}, m_environment);
     const std::vector<std::pair<IconState, QColor>> states{
+        {IconState::processing, QColor(35, 116, 225)},
         {IconState::error, QColor(255, 149, 0)},
         {IconState::recording, QColor(224, 49, 43)},
+        {IconState::warming, paled(readyColour)},
         {IconState::ready, readyColour},
     };
     for (const auto& [state, colour] : states) {
+        EXPECT_FALSE(panelHas(colour)) << colour.name().toStdString();
         item.process().write(QByteArray::number(static_cast<int>(state)) + '\n');
         EXPECT_TRUE(test::waitUntil([&] { return panelHas(colour); }))
             << colour.name().toStdString();

@@ -4,8 +4,6 @@
 #include <QRegularExpression>
 #include <QStringList>
 
-#include <algorithm>
-#include <map>
 #include <stdexcept>
 
 namespace sayloft::test {
@@ -59,21 +57,6 @@ TrayItemProperties TrayItemProperties::fromGdbus(const QString& answer) {
             .pictures = test::pictures(answer),
             .toolTipTitle = toolTip.captured(1),
             .toolTipText = toolTip.captured(2)};
-}
-
-QColor mainColour(const QImage& picture) {
-    std::map<QRgb, int> counts;
-    for (int y = 0; y < picture.height(); ++y) {
-        for (int x = 0; x < picture.width(); ++x) {
-            const QRgb pixel = picture.pixel(x, y);
-            counts[pixel] += qAlpha(pixel) > 0 ? 1 : 0;
-        }
-    }
-    const auto most =
-        std::max_element(counts.begin(), counts.end(),
-                         [](const auto& a, const auto& b) { return a.second < b.second; });
-    return most == counts.end() || most->second == 0 ? QColor(Qt::transparent)
-                                                     : QColor::fromRgba(most->first);
 }
 
 }  // namespace sayloft::test

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QColor>
 #include <QImage>
 #include <QString>
 
@@ -21,8 +20,5 @@ struct TrayItemProperties {
     /// something.
     [[nodiscard]] static TrayItemProperties fromGdbus(const QString& answer);
 };
-
-/// The colour that most pixels have which are not empty; transparent where all are.
-[[nodiscard]] QColor mainColour(const QImage& picture);
 
 }  // namespace sayloft::test

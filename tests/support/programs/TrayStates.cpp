@@ -8,7 +8,9 @@
 #include "storage/History.h"
 
 #include <QApplication>
+#include <QColor>
 #include <QDir>
+#include <QPalette>
 #include <QSocketNotifier>
 
 #include <cstdio>
@@ -21,6 +23,10 @@ int main(int argc, char** argv) {
     using namespace sayloft;
 
     QApplication application(argc, argv);
+    // The desktop's accent, the same on all of them.
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::Highlight, QColor(35, 116, 225));
+    QApplication::setPalette(palette);
     fixPaths(QStringLiteral(SAYLOFT_BUNDLE_DIR), QDir::homePath());
     TrayItemSni tray(BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
     const Config cfg;
