@@ -6,6 +6,8 @@
 #include "models/Paths.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
+#include "platform/SessionBusAddress.h"
+#include "platform/SessionBusConnection.h"
 
 #include <QApplication>
 #include <QDir>
@@ -29,11 +31,12 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     fixPaths(bundleDirOfExecutable(QApplication::applicationDirPath()), QDir::homePath());
 
-    SingleInstance instance;
+    SessionBusConnection sessionBus(sessionBusAddress());
+    SingleInstance instance(sessionBus);
     if (!instance.claim())
         return 0;
 
-    AppDelegate delegate(loadPlatform());
+    AppDelegate delegate(loadPlatform(sessionBus));
     instance.onActivate = [&delegate] { delegate.activate(); };
     const QuitSignals quitSignals([&delegate] { delegate.quit(); });
     QObject::connect(&application, &QApplication::aboutToQuit, &delegate,

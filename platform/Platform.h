@@ -11,6 +11,7 @@ class KeyPoster;
 class ModifierWatch;
 class Notifier;
 class PrivacySettings;
+class SessionBusConnection;
 class SystemSounds;
 class TrayItem;
 
@@ -32,7 +33,7 @@ struct Platform {
 };
 
 /// The services of the system that the program runs on. Main thread, after the application object
-/// exists.
-[[nodiscard]] Platform loadPlatform();
+/// exists; the connection outlives them.
+[[nodiscard]] Platform loadPlatform(SessionBusConnection& connection);
 
 }  // namespace sayloft

@@ -58,6 +58,22 @@ TEST_P(EveryTray, showsTheItemAgainAfterACrash) {
     EXPECT_TRUE(isShown());
 }
 
+TEST_P(EveryTray, showsTheItemAgainOnTheNextBus) {
+    writeHistory(R"(["a"])");
+    startPanel(GetParam());
+    startSayloft();
+    ASSERT_TRUE(isShown());
+    m_bus.kill();
+    m_panel.reset();
+    m_bus.restart();
+    m_client = test::TrayClient(m_bus);
+    startPanel(GetParam());
+    EXPECT_TRUE(isShown());
+    m_client.click(QStringLiteral("Clear History"));
+    EXPECT_TRUE(
+        test::waitUntil([this] { return m_client.idOf(QStringLiteral("(empty)")).has_value(); }));
+}
+
 TEST_P(EveryTray, paintsEveryState) {
     startPanel(GetParam());
     m_environment.insert(QStringLiteral("HOME"), home());
