@@ -207,7 +207,8 @@ void AppDelegate::openOnboardingIfNeeded() {
 void AppDelegate::help(Trouble trouble) {
     if (trouble == Trouble::keysOutOfReach)
         m_permissions.openPrivacyPane(QStringLiteral("Privacy_Accessibility"));
-    else if (trouble == Trouble::soundServerGone || trouble == Trouble::noMicrophone)
+    else if (trouble == Trouble::soundServerGone || trouble == Trouble::soundServerRefuses ||
+             trouble == Trouble::noMicrophone)
         m_permissions.openPrivacyPane(QStringLiteral("Privacy_Microphone"));
     else
         openSettings();

@@ -92,10 +92,12 @@ void TroubleWatch::reviewSound() {
     using Authorization = AudioInput::Authorization;
     const Authorization authorization = m_audioInput.authorization();
     const bool isGone = authorization == Authorization::notDetermined;
+    const bool isRefused = authorization == Authorization::denied;
     const bool isDeaf = authorization == Authorization::authorized && !hasMicrophone(m_audioInput);
     set(Trouble::soundServerGone, isGone);
+    set(Trouble::soundServerRefuses, isRefused);
     set(Trouble::noMicrophone, isDeaf);
-    if (!isGone && !isDeaf)
+    if (!isGone && !isRefused && !isDeaf)
         m_soundReview.stop();
     else if (!m_soundReview.isActive())
         m_soundReview.start();

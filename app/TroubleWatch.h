@@ -49,7 +49,7 @@ private:
     TrayItem& m_tray;
     const std::chrono::milliseconds m_grace;
     TroubleNotices m_notices;
-    QTimer m_soundReview;  ///< runs while there is no sound server
+    QTimer m_soundReview;  ///< runs while nothing can be recorded
 };
 
 }  // namespace sayloft

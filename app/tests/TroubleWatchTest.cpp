@@ -98,6 +98,15 @@ TEST_F(TheTroubleWatch, seesAtADictationThatThereIsNoSoundServer) {
     EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
 }
 
+TEST_F(TheTroubleWatch, seesThatTheSoundServerRefusesUntilItLetsUsIn) {
+    m_audio.answer = AudioInput::Authorization::denied;
+    m_watch.launched();
+    ASSERT_TRUE(test::waitUntil(
+        [this] { return m_watch.reason() == QStringLiteral("sound server refuses"); }));
+    m_audio.answer = AudioInput::Authorization::authorized;
+    EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
+}
+
 TEST_F(TheTroubleWatch, seesAtADictationThatThereIsNoMicrophoneUntilThereIsOne) {
     m_audio.defaultFormat = {};
     m_watch.dictationBegins();

@@ -46,6 +46,9 @@ public:
     void removeMicrophone(const QString& name) const;
     void setDefaultMicrophone(const QString& name) const;
 
+    /// A second way in, by TCP: for who has the cookie, which is left in the file.
+    void openGuardedDoor(quint16 port, const QString& cookieFile) const;
+
     /// What the server says of all its "source-outputs" or "clients".
     [[nodiscard]] QByteArray list(const QString& what) const;
 
