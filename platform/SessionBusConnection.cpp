@@ -22,7 +22,7 @@ QString withoutIdentity(QString address) {
 
 }  // namespace
 
-SessionBusConnection::SessionBusConnection(std::optional<QString> address)
+SessionBusConnection::SessionBusConnection(const std::optional<QString>& address)
     : m_address(withoutIdentity(address.value_or(QString()))) {
     if (m_address.isEmpty())
         return;

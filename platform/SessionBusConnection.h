@@ -20,7 +20,7 @@ class SessionBusConnection : public QObject {
 
 public:
     /// Without an address, or when nobody answers there, there is never a bus.
-    explicit SessionBusConnection(std::optional<QString> address);
+    explicit SessionBusConnection(const std::optional<QString>& address);
     ~SessionBusConnection() override;
     SessionBusConnection(const SessionBusConnection&) = delete;
     SessionBusConnection& operator=(const SessionBusConnection&) = delete;

@@ -85,9 +85,10 @@ TEST_P(EveryTray, paintsEveryState) {
         {IconState::warming, paled(readyColour)},
         {IconState::ready, readyColour},
     };
-    for (const auto& [state, colour] : states) {
+    for (const auto& row : states) {
+        const QColor& colour = row.second;
         EXPECT_FALSE(panelHas(colour)) << colour.name().toStdString();
-        item.process().write(QByteArray::number(static_cast<int>(state)) + '\n');
+        item.process().write(QByteArray::number(static_cast<int>(row.first)) + '\n');
         EXPECT_TRUE(test::waitUntil([&] { return panelHas(colour); }))
             << colour.name().toStdString();
     }
