@@ -96,13 +96,14 @@ void TrayItemSni::watchTrays() {
 }
 
 void TrayItemSni::registerItem() {
+    if (!m_connection.bus())
+        return;
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherName(), watcherPath(), watcherName(), QStringLiteral("RegisterStatusNotifierItem"));
     // Nobody would start a tray that is not there.
     call.setAutoStartService(false);
-    const QDBusConnection& bus = *m_connection.bus();
-    call << bus.baseService();
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(call), this);
+    call << m_connection.bus()->baseService();
+    auto* answer = new QDBusPendingCallWatcher(m_connection.bus()->asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         if (answer->isError())
