@@ -98,7 +98,8 @@ TEST_P(EveryTray, opensTheMenuOnALeftClick) {
     startPanel(GetParam());
     startSayloft();
     std::optional<QPoint> place;
-    ASSERT_TRUE(test::waitUntil([&] { return (place = placeOf(readyColour)).has_value(); }));
+    ASSERT_TRUE(test::waitUntil([&] { return (place = placeOf(readyColour)).has_value(); }))
+        << m_client.property(QStringLiteral("Title")).toStdString();
     const QString any = QStringLiteral(".");
     const qsizetype before = test::visibleWindows(m_display, any).size();
     test::run(QStringLiteral("xdotool"),
