@@ -223,13 +223,22 @@ void AppDelegate::openOnboardingIfNeeded() {
         windows->openOnboarding();
 }
 
+// The desktop's settings mend neither the keyboard nor the sound server.
 void AppDelegate::help(Trouble trouble) {
-    if (trouble == Trouble::keysOutOfReach)
-        m_permissions.openPrivacyPane(QStringLiteral("Privacy_Accessibility"));
-    else if (trouble == Trouble::soundServerGone || trouble == Trouble::noMicrophone)
-        m_permissions.openPrivacyPane(QStringLiteral("Privacy_Microphone"));
-    else
-        openSettings();
+    switch (trouble) {
+        case Trouble::keysOutOfReach:
+            m_platform.privacy->openHelp(QStringLiteral("accessibility"));
+            return;
+        case Trouble::soundServerGone:
+        case Trouble::soundServerRefuses:
+            m_platform.privacy->openHelp(QStringLiteral("sound-server"));
+            return;
+        case Trouble::noMicrophone:
+            m_permissions.openPrivacyPane(QStringLiteral("Privacy_Microphone"));
+            return;
+        default:
+            openSettings();
+    }
 }
 
 void AppDelegate::storeCapturedChord(const ChordCaptured& captured) {

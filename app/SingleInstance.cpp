@@ -9,6 +9,7 @@
 #include <QDBusReply>
 
 #include <chrono>
+#include <optional>
 
 namespace sayloft {
 namespace {
@@ -25,7 +26,8 @@ QString objectPath() {
 
 }  // namespace
 
-SingleInstance::SingleInstance() : m_lock(DATA_DIR + QStringLiteral("/sayloft.lock")) {
+SingleInstance::SingleInstance(SessionBusConnection& connection)
+    : m_connection(connection), m_lock(DATA_DIR + QStringLiteral("/sayloft.lock")) {
     // Only a lock whose process is gone is stale, however old it is.
     m_lock.setStaleLockTime(0);
 }
@@ -41,6 +43,7 @@ bool SingleInstance::claim() {
     }
     // Where the lock cannot be written at all, a second copy is the lesser evil.
     takeName();
+    connect(&m_connection, &SessionBusConnection::restored, this, [this] { takeName(); });
     return true;
 }
 
@@ -60,17 +63,18 @@ bool SingleInstance::tryLock() {
 }
 
 void SingleInstance::takeName() {
-    auto bus = sessionBus();
+    std::optional<QDBusConnection> bus = m_connection.bus();
     if (!bus)
         return;
     // The object comes first: whoever sees the name may call it at once.
     bus->registerObject(objectPath(), this, QDBusConnection::ExportScriptableSlots);
-    bus->interface()->registerService(busName(), QDBusConnectionInterface::DontQueueService,
-                                      QDBusConnectionInterface::DontAllowReplacement);
+    // Without waiting: a bus may freeze when it has just come back.
+    constexpr uint doNotQueue = 4;
+    bus->interface()->asyncCall(QStringLiteral("RequestName"), busName(), doNotQueue);
 }
 
 void SingleInstance::activateTheOther() const {
-    const auto bus = sessionBus();
+    const std::optional<QDBusConnection>& bus = m_connection.bus();
     qint64 pid = 0;
     QString host;
     QString program;

@@ -10,6 +10,8 @@
 
 namespace sayloft {
 
+class SessionBusConnection;
+
 /// Sees to it that one copy of the program runs per user, which is per home directory: a lock file
 /// in DATA_DIR decides. A second copy finds the first by its name on the session bus, where there
 /// is one, and asks it to come to the front. Main thread.
@@ -18,7 +20,8 @@ class SingleInstance : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
 
 public:
-    SingleInstance();
+    /// The connection outlives this.
+    explicit SingleInstance(SessionBusConnection& connection);
     ~SingleInstance() override;
 
     /// True when this copy is the one. Otherwise the copy that runs has been asked to come to the
@@ -40,6 +43,7 @@ private:
     void takeName();
     void activateTheOther() const;
 
+    SessionBusConnection& m_connection;
     QLockFile m_lock;
 };
 

@@ -2,6 +2,7 @@
 #include "app/StatusMenu.h"
 
 #include "app/MenuImage.h"
+#include "app/TextFigures.h"
 #include "platform/Mods.h"
 #include "storage/Config.h"
 #include "storage/History.h"
@@ -135,7 +136,12 @@ QString historyTitle(const QString& transcript) {
     QString title = transcript;
     title.replace(QLatin1Char('\n'), QLatin1Char(' '));
     const qsizetype end = endOfCharacters(title, historyTitleCharacters);
-    return end == -1 ? title : title.left(end) + QStringLiteral("…");
+    if (end != -1)
+        title = title.left(end) + QStringLiteral("…");
+    // Only now: a space is one character with an accent that follows it, a line break is not, and
+    // these are not to move the place of the cut.
+    std::replace_if(title.begin(), title.end(), isLineBreak, QLatin1Char(' '));
+    return title;
 }
 
 }  // namespace sayloft

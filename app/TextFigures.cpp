@@ -6,11 +6,9 @@
 #include <cmath>
 
 namespace sayloft {
-namespace {
 
-bool endsWord(QChar character) {
+bool isLineBreak(QChar character) {
     switch (character.unicode()) {
-        case u' ':
         case u'\n':
         case u'\v':
         case u'\f':
@@ -24,8 +22,6 @@ bool endsWord(QChar character) {
     }
 }
 
-}  // namespace
-
 int characterCount(const QString& text) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);
     int count = 0;
@@ -38,7 +34,7 @@ int wordCount(const QString& text) {
     int words = 0;
     bool inWord = false;
     for (const QChar character : text) {
-        const bool between = endsWord(character);
+        const bool between = character == QLatin1Char(' ') || isLineBreak(character);
         words += !between && !inWord ? 1 : 0;
         inWord = !between;
     }

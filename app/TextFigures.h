@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QChar>
 #include <QString>
 
 namespace sayloft {
+
+/// Whether a new line begins after the character.
+[[nodiscard]] bool isLineBreak(QChar character);
 
 /// User-perceived characters (extended grapheme clusters of Unicode Standard Annex 29).
 [[nodiscard]] int characterCount(const QString& text);

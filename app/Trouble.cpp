@@ -43,6 +43,13 @@ TroubleText troubleText(Trouble trouble) {
                                    "microphone to record from. Log out and in again, or start the "
                                    "sound server; Sayloft finds it by itself."),
                     QStringLiteral("What to do")};
+        case Trouble::soundServerRefuses:
+            return {QStringLiteral("sound server refuses"),
+                    QStringLiteral("The sound server refuses Sayloft"),
+                    QStringLiteral("It belongs to somebody else, or to another login, so there is "
+                                   "no microphone to record from. Start Sayloft as the user of the "
+                                   "desktop and not as root."),
+                    QStringLiteral("What to do")};
         case Trouble::noMicrophone:
             return {QStringLiteral("no microphone"), QStringLiteral("Sayloft finds no microphone"),
                     QStringLiteral("Nothing that you say can be heard. Plug a microphone in, or "

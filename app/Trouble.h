@@ -7,14 +7,15 @@ namespace sayloft {
 
 /// Why dictation does not work, or not as the user expects it. The most severe first.
 enum class Trouble {
-    keysOutOfReach,   ///< modifiers cannot be watched, or keys not be typed
-    helperMissing,    ///< the speech helper's executable is not there
-    modelMissing,     ///< the file of the configured model is not there
-    portTaken,        ///< another program listens where the helper should
-    helperGone,       ///< the speech helper has ended by itself
-    soundServerGone,  ///< no answer from the sound server
-    noMicrophone,     ///< the sound server has nothing to record from
-    noTrayHost,       ///< nothing shows the program's icon
+    keysOutOfReach,      ///< modifiers cannot be watched, or keys not be typed
+    helperMissing,       ///< the speech helper's executable is not there
+    modelMissing,        ///< the file of the configured model is not there
+    portTaken,           ///< another program listens where the helper should
+    helperGone,          ///< the speech helper has ended by itself
+    soundServerGone,     ///< no answer from the sound server
+    soundServerRefuses,  ///< the sound server does not let us in
+    noMicrophone,        ///< the sound server has nothing to record from
+    noTrayHost,          ///< nothing shows the program's icon
 };
 
 /// What the user is told.

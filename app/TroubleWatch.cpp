@@ -5,6 +5,7 @@
 #include "platform/AudioInput.h"
 #include "platform/TrayItem.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QHostAddress>
 #include <QTcpServer>
@@ -22,6 +23,12 @@ bool hasMicrophone(const AudioInput& audioInput) {
     return audioInput.inputFormat(std::nullopt).sampleRate > 0 ||
            std::any_of(devices.begin(), devices.end(),
                        [&](AudioDeviceId device) { return audioInput.hasInput(device); });
+}
+
+/// Exists where the user knows that there is no tray: some desktops never have one, and a word
+/// about it at every start would be a nuisance.
+QString missingTrayTold() {
+    return DATA_DIR + QStringLiteral("/no-tray-told");
 }
 
 bool isPortTaken() {
@@ -85,17 +92,28 @@ void TroubleWatch::reviewSound() {
     using Authorization = AudioInput::Authorization;
     const Authorization authorization = m_audioInput.authorization();
     const bool isGone = authorization == Authorization::notDetermined;
+    const bool isRefused = authorization == Authorization::denied;
     const bool isDeaf = authorization == Authorization::authorized && !hasMicrophone(m_audioInput);
     set(Trouble::soundServerGone, isGone);
+    set(Trouble::soundServerRefuses, isRefused);
     set(Trouble::noMicrophone, isDeaf);
-    if (!isGone && !isDeaf)
+    if (!isGone && !isRefused && !isDeaf)
         m_soundReview.stop();
     else if (!m_soundReview.isActive())
         m_soundReview.start();
 }
 
 void TroubleWatch::reviewTray() {
-    set(Trouble::noTrayHost, !m_tray.isShown());
+    if (m_tray.isShown()) {
+        QFile::remove(missingTrayTold());
+        set(Trouble::noTrayHost, false);
+        return;
+    }
+    if (QFile::exists(missingTrayTold()))
+        return;
+    ensureDataDir();
+    static_cast<void>(QFile(missingTrayTold()).open(QIODevice::WriteOnly));
+    set(Trouble::noTrayHost, true);
 }
 
 // A panel that crashed is soon back.

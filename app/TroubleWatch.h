@@ -16,7 +16,8 @@ class AudioInput;
 class Notifier;
 class TrayItem;
 
-/// Knows what keeps dictation from working. Main thread; what it is given outlives it.
+/// Knows what keeps dictation from working. That there is no tray is told once and not at the next
+/// starts, until there has been one. Main thread; what it is given outlives it.
 class TroubleWatch : public QObject {
 public:
     /// A tray and a sound server may take as long as `grace` to come up with the session.
@@ -48,7 +49,7 @@ private:
     TrayItem& m_tray;
     const std::chrono::milliseconds m_grace;
     TroubleNotices m_notices;
-    QTimer m_soundReview;  ///< runs while there is no sound server
+    QTimer m_soundReview;  ///< runs while nothing can be recorded
 };
 
 }  // namespace sayloft

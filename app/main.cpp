@@ -6,6 +6,8 @@
 #include "models/Paths.h"
 #include "platform/Desktop.h"
 #include "platform/Platform.h"
+#include "platform/SessionBusAddress.h"
+#include "platform/SessionBusConnection.h"
 #include "ui/AppWindows.h"
 
 #include <QApplication>
@@ -31,11 +33,12 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     fixPaths(bundleDirOfExecutable(QApplication::applicationDirPath()), QDir::homePath());
 
-    SingleInstance instance;
+    SessionBusConnection sessionBus(sessionBusAddress());
+    SingleInstance instance(sessionBus);
     if (!instance.claim())
         return 0;
 
-    AppDelegate delegate(loadPlatform());
+    AppDelegate delegate(loadPlatform(sessionBus));
     delegate.windows = std::make_unique<AppWindows>(delegate);
     instance.onActivate = [&delegate] { delegate.activate(); };
     const QuitSignals quitSignals([&delegate] { delegate.quit(); });

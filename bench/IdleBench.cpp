@@ -3,11 +3,11 @@
 // loaded, on a desktop on which nothing happens, over a minute.
 #include "bench/Desktop.h"
 #include "bench/Result.h"
+#include "tests/support/ChildProgram.h"
+#include "tests/support/ProcessFigures.h"
 #include "tests/support/SayloftProgram.h"
-#include "tests/support/TempHome.h"
 
 #include <QCoreApplication>
-#include <QDir>
 
 #include <array>
 #include <chrono>
@@ -29,20 +29,10 @@ constexpr auto measured = 60s;
 /// What /proc says about one process; everything since its start but the memory.
 struct Usage {
     double processorMs = 0;  ///< user and system, all threads
-    long voluntarySwitches = 0;
-    long involuntarySwitches = 0;
+    test::ThreadSwitches switches;
     long rssKb = 0;
     long pssKb = 0;
 };
-
-/// The number after `name` in a file of lines "name: number ..."; throws when there is none.
-long numberIn(const QString& path, const QByteArray& name) {
-    for (const QByteArray& line : test::readFile(path).split('\n')) {
-        if (line.startsWith(name + ':'))
-            return line.mid(name.size() + 1).simplified().split(' ').first().toLong();
-    }
-    throw std::runtime_error(path.toStdString() + " has no " + name.toStdString());
-}
 
 // Finer than the ticks of /proc/<pid>/stat, which are 10 ms long.
 double processorTimeOf(qint64 pid) {
@@ -55,18 +45,11 @@ double processorTimeOf(qint64 pid) {
 }
 
 Usage usageOf(qint64 pid) {
-    const QString process = QStringLiteral("/proc/%1").arg(pid);
-    Usage usage{.processorMs = processorTimeOf(pid),
-                .rssKb = numberIn(process + QStringLiteral("/smaps_rollup"), "Rss"),
-                .pssKb = numberIn(process + QStringLiteral("/smaps_rollup"), "Pss")};
-    const QStringList threads =
-        QDir(process + QStringLiteral("/task")).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
-    for (const QString& thread : threads) {
-        const QString status = process + QStringLiteral("/task/%1/status").arg(thread);
-        usage.voluntarySwitches += numberIn(status, "voluntary_ctxt_switches");
-        usage.involuntarySwitches += numberIn(status, "nonvoluntary_ctxt_switches");
-    }
-    return usage;
+    const QString memory = QStringLiteral("/proc/%1/smaps_rollup").arg(pid);
+    return {.processorMs = processorTimeOf(pid),
+            .switches = test::threadSwitchesOf(pid),
+            .rssKb = test::numberIn(memory, "Rss"),
+            .pssKb = test::numberIn(memory, "Pss")};
 }
 
 qint64 helperOf(qint64 app) {
@@ -92,9 +75,9 @@ void report(const std::string& name, const Usage& before, const Usage& after) {
                 name.c_str(), before.processorMs);
     row("processor time in 60 s", describe(after.processorMs - before.processorMs, 2, "ms"));
     row("voluntary context switches in 60 s",
-        perSecond(after.voluntarySwitches - before.voluntarySwitches));
+        perSecond(after.switches.voluntary - before.switches.voluntary));
     row("involuntary context switches in 60 s",
-        perSecond(after.involuntarySwitches - before.involuntarySwitches));
+        perSecond(after.switches.involuntary - before.switches.involuntary));
     row("resident memory (RSS)", megabytes(after.rssKb));
     row("proportional memory (PSS)", megabytes(after.pssKb));
 }

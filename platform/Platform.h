@@ -12,6 +12,7 @@ class LoginItem;
 class ModifierWatch;
 class Notifier;
 class PrivacySettings;
+class SessionBusConnection;
 class SystemSounds;
 class TrayItem;
 class WindowEffects;
@@ -36,7 +37,7 @@ struct Platform {
 };
 
 /// The services of the system that the program runs on. Main thread, after the application object
-/// exists.
-[[nodiscard]] Platform loadPlatform();
+/// exists; the connection outlives them.
+[[nodiscard]] Platform loadPlatform(SessionBusConnection& connection);
 
 }  // namespace sayloft

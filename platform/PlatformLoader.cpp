@@ -21,7 +21,7 @@
 
 namespace sayloft {
 
-Platform loadPlatform() {
+Platform loadPlatform(SessionBusConnection& connection) {
     auto modifierWatch = std::make_unique<ModifierWatchX11>();
     auto clipboard = std::make_unique<ClipboardX11>();
 
@@ -31,7 +31,7 @@ Platform loadPlatform() {
         BUNDLE_DIR + QStringLiteral("/Contents/Resources/sounds"));
     platform.privacy = std::make_unique<PrivacySettingsX11>(
         BUNDLE_DIR + QStringLiteral("/Contents/Resources/help/permissions.html"));
-    platform.notifier = std::make_unique<NotifierFreedesktop>(sessionBus());
+    platform.notifier = std::make_unique<NotifierFreedesktop>(connection);
     platform.keyPoster = std::make_unique<KeyPosterX11>(
         *modifierWatch,
         KeyPosterX11::PasteOffer{
@@ -41,8 +41,8 @@ Platform loadPlatform() {
                               *clipboard](auto ready) { agent.offerOnPrimary(std::move(ready)); }});
     platform.modifierWatch = std::move(modifierWatch);
     platform.clipboard = std::move(clipboard);
-    platform.trayItem =
-        std::make_unique<TrayItemSni>(BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
+    platform.trayItem = std::make_unique<TrayItemSni>(
+        connection, BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
     platform.loginItem = std::make_unique<LoginItemXdg>();
     platform.windowEffects = std::make_unique<WindowEffectsX11>();
     return platform;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QString>
 #include <QUrl>
 
 namespace sayloft {
@@ -16,6 +17,9 @@ public:
 
     /// Opens the place in the system's settings that `pane` names; failure is silent.
     virtual void open(const QUrl& pane) = 0;
+
+    /// Opens the program's own help at a section: "accessibility", "microphone" or "sound-server".
+    virtual void openHelp(const QString& section) = 0;
 };
 
 }  // namespace sayloft

@@ -93,6 +93,46 @@ TEST_F(Controller, showsReadyOnceTheServerIs) {
     EXPECT_THAT(m_seen, ElementsAre("ready"));
 }
 
+class ControllerWithoutSound : public Controller,
+                               public testing::WithParamInterface<AudioInput::Authorization> {};
+
+TEST_P(ControllerWithoutSound, opensItsHelpOnTheSoundServer) {
+    m_fakes.audio.answer = GetParam();
+    launch();
+    hold(shiftCmd);
+    m_fakes.notifier.visible.back().onActivated();
+    EXPECT_THAT(m_fakes.privacy.helped, ElementsAre(QStringLiteral("sound-server")));
+    EXPECT_TRUE(m_fakes.privacy.opened.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Answers, ControllerWithoutSound,
+                         testing::Values(AudioInput::Authorization::notDetermined,
+                                         AudioInput::Authorization::denied),
+                         [](const auto& row) {
+                             return row.param == AudioInput::Authorization::denied ? "refuses"
+                                                                                   : "isGone";
+                         });
+
+TEST_F(Controller, opensItsHelpOnKeysThatAreOutOfReach) {
+    m_fakes.privacy.trusted = false;
+    launch();
+    for (const Notification& told : m_fakes.notifier.visible) {
+        if (told.onActivated)
+            told.onActivated();
+    }
+    EXPECT_THAT(m_fakes.privacy.helped, ElementsAre(QStringLiteral("accessibility")));
+}
+
+TEST_F(Controller, opensTheSoundSettingsWhereThereIsNoMicrophone) {
+    m_fakes.audio.defaultFormat = {};
+    launch();
+    hold(shiftCmd);
+    m_fakes.notifier.visible.back().onActivated();
+    EXPECT_THAT(m_fakes.privacy.opened, ElementsAre(testing::Truly([](const QString& pane) {
+                    return pane.endsWith(QStringLiteral("?Privacy_Microphone"));
+                })));
+}
+
 TEST_F(Controller, startsWithTheSettingsOfTheUser) {
     test::writeFile(Config::url(), R"({"inputDeviceUID":"usb-mic","boostMic":false,
         "pillStyle":"minimal","animAppear":0.5,"animHide":0.25,"holdDuration":2})");

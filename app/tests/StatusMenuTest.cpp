@@ -276,15 +276,20 @@ QString times(int count, const char* text) {
 
 INSTANTIATE_TEST_SUITE_P(
     Titles, AHistoryTitle,
-    testing::Values(TitleRow{"empty", {}, {}}, TitleRow{"fits", times(44, "a"), times(44, "a")},
-                    TitleRow{"isCut", times(45, "a"), times(44, "a") + QStringLiteral("…")},
-                    TitleRow{"lineBreaks", QStringLiteral("a\nb\n"), QStringLiteral("a b ")},
-                    TitleRow{"familiesFit", times(44, "👩‍👩‍👧"),
-                             times(44, "👩‍👩‍👧")},
-                    TitleRow{"aFamilyIsNeverCut", times(45, "👩‍👩‍👧"),
-                             times(44, "👩‍👩‍👧") + QStringLiteral("…")},
-                    TitleRow{"accentsOfTheirOwn", times(45, "e\u0301"),
-                             times(44, "e\u0301") + QStringLiteral("…")}),
+    testing::Values(
+        TitleRow{"empty", {}, {}}, TitleRow{"fits", times(44, "a"), times(44, "a")},
+        TitleRow{"isCut", times(45, "a"), times(44, "a") + QStringLiteral("…")},
+        TitleRow{"lineBreaks", QStringLiteral("a\nb\n"), QStringLiteral("a b ")},
+        TitleRow{"otherLineBreaks", QString::fromUtf8("a\rb\u2028c\u2029d\u0085e\vf\fg"),
+                 QStringLiteral("a b c d e f g")},
+        TitleRow{"lineBreaksOfWindows", QStringLiteral("a\r\nb"), QStringLiteral("a  b")},
+        TitleRow{"isCutAsIfOtherLineBreaksStayed", times(44, "\u2028\u0301").left(60),
+                 times(22, " \u0301") + QStringLiteral("…")},
+        TitleRow{"familiesFit", times(44, "👩‍👩‍👧"), times(44, "👩‍👩‍👧")},
+        TitleRow{"aFamilyIsNeverCut", times(45, "👩‍👩‍👧"),
+                 times(44, "👩‍👩‍👧") + QStringLiteral("…")},
+        TitleRow{"accentsOfTheirOwn", times(45, "e\u0301"),
+                 times(44, "e\u0301") + QStringLiteral("…")}),
     [](const auto& row) { return row.param.name; });
 
 }  // namespace

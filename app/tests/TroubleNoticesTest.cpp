@@ -21,8 +21,9 @@ using testing::IsEmpty;
 
 // In the order of their severity.
 constexpr std::array allTroubles{
-    Trouble::keysOutOfReach, Trouble::helperMissing,   Trouble::modelMissing, Trouble::portTaken,
-    Trouble::helperGone,     Trouble::soundServerGone, Trouble::noMicrophone, Trouble::noTrayHost};
+    Trouble::keysOutOfReach,     Trouble::helperMissing, Trouble::modelMissing,
+    Trouble::portTaken,          Trouble::helperGone,    Trouble::soundServerGone,
+    Trouble::soundServerRefuses, Trouble::noMicrophone,  Trouble::noTrayHost};
 
 constexpr auto settle = 40ms;
 
@@ -59,6 +60,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{Trouble::helperGone, "helperGone", "smaller model", true},
                     Row{Trouble::soundServerGone, "soundServerGone", "start the sound server",
                         true},
+                    Row{Trouble::soundServerRefuses, "soundServerRefuses", "not as root", true},
                     Row{Trouble::noMicrophone, "noMicrophone", "Plug a microphone in", true},
                     Row{Trouble::noTrayHost, "noTrayHost", "AppIndicator", true}),
     [](const auto& row) { return row.param.name; });

@@ -98,6 +98,15 @@ TEST_F(TheTroubleWatch, seesAtADictationThatThereIsNoSoundServer) {
     EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
 }
 
+TEST_F(TheTroubleWatch, seesThatTheSoundServerRefusesUntilItLetsUsIn) {
+    m_audio.answer = AudioInput::Authorization::denied;
+    m_watch.launched();
+    ASSERT_TRUE(test::waitUntil(
+        [this] { return m_watch.reason() == QStringLiteral("sound server refuses"); }));
+    m_audio.answer = AudioInput::Authorization::authorized;
+    EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
+}
+
 TEST_F(TheTroubleWatch, seesAtADictationThatThereIsNoMicrophoneUntilThereIsOne) {
     m_audio.defaultFormat = {};
     m_watch.dictationBegins();
@@ -121,6 +130,38 @@ TEST_F(TheTroubleWatch, seesThatThereIsNoTrayUntilThereIsOne) {
     ASSERT_TRUE(test::waitUntil([this] { return m_watch.reason() == noTray; }));
     m_tray.setShown(true);
     EXPECT_EQ(m_watch.reason(), QString());
+}
+
+TEST_F(TheTroubleWatch, tellsOnlyOnceInManyStartsThatThereIsNoTray) {
+    m_tray.isThere = false;
+    m_watch.launched();
+    ASSERT_TRUE(test::waitUntil([this] { return m_watch.reason() == noTray; }));
+    EXPECT_EQ(m_notifier.shown, 1);
+    TroubleWatch nextStart(m_notifier, m_audio, m_tray, 20ms);
+    nextStart.launched();
+    letGracePass();
+    EXPECT_EQ(nextStart.reason(), QString());
+    EXPECT_EQ(m_notifier.shown, 1);
+}
+
+TEST_F(TheTroubleWatch, tellsAgainThatThereIsNoTrayWhereThereWasOneMeanwhile) {
+    m_tray.isThere = false;
+    m_watch.launched();
+    ASSERT_TRUE(test::waitUntil([this] { return m_notifier.shown == 1; }));
+    m_tray.setShown(true);
+    m_tray.isThere = false;
+    TroubleWatch nextStart(m_notifier, m_audio, m_tray, 20ms);
+    nextStart.launched();
+    EXPECT_TRUE(test::waitUntil([this] { return m_notifier.shown == 2; }));
+}
+
+TEST_F(TheTroubleWatch, goesOnSayingThatThereIsNoTray) {
+    m_tray.isThere = false;
+    m_watch.launched();
+    m_tray.setShown(false);
+    ASSERT_TRUE(test::waitUntil([this] { return m_watch.reason() == noTray; }));
+    letGracePass();
+    EXPECT_EQ(m_watch.reason(), noTray);
 }
 
 TEST_F(TheTroubleWatch, waitsForATrayThatCrashed) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/NotifierFreedesktop.h"
 
+#include "platform/SessionBusConnection.h"
+
+#include <QDBusConnection>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
 #include <QVariantMap>
@@ -60,20 +63,22 @@ QVariantList notifyArguments(const Notification& notification, const QStringList
 
 }  // namespace
 
-NotifierFreedesktop::NotifierFreedesktop(std::optional<QDBusConnection> bus)
-    : m_bus(std::move(bus)) {
-    if (!m_bus)
-        return;
-    m_daemons.setConnection(*m_bus);
+NotifierFreedesktop::NotifierFreedesktop(SessionBusConnection& connection)
+    : m_connection(connection) {
     m_daemons.setWatchMode(QDBusServiceWatcher::WatchForOwnerChange);
     m_daemons.addWatchedService(busName());
     connect(&m_daemons, &QDBusServiceWatcher::serviceOwnerChanged, this,
-            [this](const QString&, const QString&, const QString& owner) { daemonChanged(owner); });
-    // From any sender: naming one makes Qt ask the bus who that is, and wait for the answer.
-    m_bus->connect(QString(), objectPath(), busName(), QStringLiteral("ActionInvoked"), this,
-                   SLOT(actionInvoked(uint, QString, QDBusMessage)));
-    m_bus->connect(QString(), objectPath(), busName(), QStringLiteral("NotificationClosed"), this,
-                   SLOT(notificationClosed(uint, uint, QDBusMessage)));
+            [this](const QString&, const QString&, const QString& owner) {
+                if (!owner.isEmpty())
+                    deliverWaiting();
+            });
+    connect(&m_connection, &SessionBusConnection::lost, this, [this] { busLost(); });
+    connect(&m_connection, &SessionBusConnection::restored, this, [this] {
+        enterBus();
+        deliverWaiting();
+    });
+    if (m_connection.bus())
+        enterBus();
 }
 
 NotifierFreedesktop::~NotifierFreedesktop() {
@@ -83,9 +88,23 @@ NotifierFreedesktop::~NotifierFreedesktop() {
     }
 }
 
+void NotifierFreedesktop::enterBus() {
+    QDBusConnection bus = *m_connection.bus();
+    m_daemons.setConnection(bus);
+    // From any sender: naming one makes Qt ask the bus who that is, and wait for the answer.
+    bus.connect(QString(), objectPath(), busName(), QStringLiteral("ActionInvoked"), this,
+                SLOT(actionInvoked(uint, QString, QDBusMessage)));
+    bus.connect(QString(), objectPath(), busName(), QStringLiteral("NotificationClosed"), this,
+                SLOT(notificationClosed(uint, uint, QDBusMessage)));
+}
+
+// The numbers mean nothing to a daemon on the next bus.
+void NotifierFreedesktop::busLost() {
+    std::erase_if(m_entries,
+                  [](const auto& each) { return each.second.state == Entry::State::shown; });
+}
+
 void NotifierFreedesktop::show(Notification notification) {
-    if (!m_bus)
-        return;
     withdraw(notification.key);
     const Number number = ++m_newest;
     m_entries[number].notification = std::move(notification);
@@ -110,7 +129,7 @@ void NotifierFreedesktop::call(const QString& method, const QVariantList& argume
                                const Answered& answered) {
     constexpr int noTimeout = std::numeric_limits<int>::max();
     const QDBusPendingCall pending =
-        m_bus->asyncCall(methodCall(busName(), method, arguments), noTimeout);
+        m_connection.bus()->asyncCall(methodCall(busName(), method, arguments), noTimeout);
     auto* watcher = new QDBusPendingCallWatcher(pending, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [watcher, answered] {
         watcher->deleteLater();
@@ -120,6 +139,8 @@ void NotifierFreedesktop::call(const QString& method, const QVariantList& argume
 
 // Daemons come and go, so what the one can do that will show the message is asked each time.
 void NotifierFreedesktop::deliver(Number number) {
+    if (!m_connection.bus())
+        return;
     Entry& entry = m_entries[number];
     entry.state = Entry::State::underWay;
     ++entry.attempts;
@@ -127,7 +148,7 @@ void NotifierFreedesktop::deliver(Number number) {
         const auto found = m_entries.find(number);
         if (found == m_entries.end())
             return;
-        if (answer.type() == QDBusMessage::ReplyMessage)
+        if (answer.type() == QDBusMessage::ReplyMessage && m_connection.bus())
             notify(number, answer.arguments().value(0).toStringList());
         else
             found->second.state = Entry::State::waiting;
@@ -157,12 +178,11 @@ void NotifierFreedesktop::notified(Number number, const QDBusMessage& answer) {
 void NotifierFreedesktop::close(const QString& daemon, uint id) {
     QDBusMessage message = methodCall(daemon, QStringLiteral("CloseNotification"), {id});
     message.setAutoStartService(false);
-    m_bus->send(message);
+    if (m_connection.bus())
+        m_connection.bus()->send(message);
 }
 
-void NotifierFreedesktop::daemonChanged(const QString& newOwner) {
-    if (newOwner.isEmpty())
-        return;
+void NotifierFreedesktop::deliverWaiting() {
     std::vector<Number> waiting;
     for (const auto& [number, entry] : m_entries) {
         if (entry.state == Entry::State::waiting && entry.attempts < maxAttempts)

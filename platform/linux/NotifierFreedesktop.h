@@ -3,7 +3,6 @@
 
 #include "platform/Notifier.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QObject>
@@ -13,18 +12,19 @@
 #include <cstdint>
 #include <functional>
 #include <map>
-#include <optional>
 
 namespace sayloft {
 
+class SessionBusConnection;
+
 /// The notification daemon of the desktop, org.freedesktop.Notifications. What it shows goes with
-/// this object; what a daemon that has crashed had shown is not shown again.
+/// this object; what was shown when the daemon crashed, or the bus, is not shown again.
 class NotifierFreedesktop : public QObject, public Notifier {
     Q_OBJECT
 
 public:
-    /// Without a bus nothing is ever shown.
-    explicit NotifierFreedesktop(std::optional<QDBusConnection> bus);
+    /// While there is no bus nothing is shown. The connection outlives this.
+    explicit NotifierFreedesktop(SessionBusConnection& connection);
     ~NotifierFreedesktop() override;
     NotifierFreedesktop(const NotifierFreedesktop&) = delete;
     NotifierFreedesktop& operator=(const NotifierFreedesktop&) = delete;
@@ -51,15 +51,17 @@ private:
     using Entries = std::map<Number, Entry>;
     using Answered = std::function<void(const QDBusMessage&)>;
 
+    void enterBus();
+    void busLost();
     void call(const QString& method, const QVariantList& arguments, const Answered& answered);
     void deliver(Number number);
     void notify(Number number, const QStringList& capabilities);
     void notified(Number number, const QDBusMessage& answer);
     void close(const QString& daemon, uint id);
-    void daemonChanged(const QString& newOwner);
+    void deliverWaiting();
     [[nodiscard]] Entries::iterator shownBy(const QString& daemon, uint id);
 
-    std::optional<QDBusConnection> m_bus;
+    SessionBusConnection& m_connection;
     QDBusServiceWatcher m_daemons;
     Number m_newest = 0;
     Entries m_entries;

@@ -65,13 +65,20 @@ void PrivacySettingsX11::open(const QUrl& pane) {
     const std::optional<PrivacyPane> wanted = paneOf(pane.query());
     if (!wanted)
         return;
+    openOneOf(settingsPrograms(*wanted, qEnvironmentVariable("XDG_CURRENT_DESKTOP")),
+              *wanted == PrivacyPane::microphone ? QStringLiteral("microphone")
+                                                 : QStringLiteral("accessibility"));
+}
+
+void PrivacySettingsX11::openHelp(const QString& section) {
+    openOneOf({}, section);
+}
+
+void PrivacySettingsX11::openOneOf(ProgramChain::Commands settings, const QString& helpSection) {
     QUrl page = QUrl::fromLocalFile(m_helpPage);
-    page.setFragment(*wanted == PrivacyPane::microphone ? QStringLiteral("microphone")
-                                                        : QStringLiteral("accessibility"));
-    ProgramChain::Commands commands =
-        settingsPrograms(*wanted, qEnvironmentVariable("XDG_CURRENT_DESKTOP"));
-    commands.push_back(openInBrowser(page));
-    m_programs.open(commands, [this, page] { m_help.show(page); });
+    page.setFragment(helpSection);
+    settings.push_back(openInBrowser(page));
+    m_programs.open(settings, [this, page] { m_help.show(page); });
 }
 
 }  // namespace sayloft

@@ -14,13 +14,16 @@ namespace sayloft {
 /// it. The settings are those of the running desktop, or else a page that explains what to do.
 class PrivacySettingsX11 : public PrivacySettings {
 public:
-    /// `helpPage` is an HTML file with the anchors "accessibility" and "microphone".
+    /// `helpPage` is an HTML file with an anchor for every section.
     explicit PrivacySettingsX11(QString helpPage);
 
     [[nodiscard]] bool accessibilityTrusted() const override;
     void open(const QUrl& pane) override;
+    void openHelp(const QString& section) override;
 
 private:
+    void openOneOf(ProgramChain::Commands settings, const QString& helpSection);
+
     QString m_helpPage;
     /// Kept, since a new one for every question costs the main thread time; made anew once lost.
     mutable XcbConnection m_connection;

@@ -5,6 +5,7 @@
 #include "platform/linux/TrayIconSizes.h"
 
 #include <QCursor>
+#include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
@@ -53,15 +54,11 @@ void fill(QMenu& menu, const Menu& items) {
 
 }  // namespace
 
-TrayItemSni::TrayItemSni(QString iconFolder)
-    : m_iconFolder(std::move(iconFolder)),
-      m_item(m_iconFolder, QDBusObjectPath(menuPath())),
-      m_bus(sessionBus()) {
+TrayItemSni::TrayItemSni(SessionBusConnection& connection, QString iconFolder)
+    : m_connection(connection),
+      m_iconFolder(std::move(iconFolder)),
+      m_item(m_iconFolder, QDBusObjectPath(menuPath())) {
     m_item.onActivated = [this] { popUp(); };
-    if (!m_bus)
-        return;
-    exportObjects();
-    m_watcher.setConnection(*m_bus);
     m_watcher.addWatchedService(watcherName());
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
             [this](const QString&, const QString&, const QString& newOwner) {
@@ -69,27 +66,44 @@ TrayItemSni::TrayItemSni(QString iconFolder)
                 if (!newOwner.isEmpty())
                     registerItem();
             });
-    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
-        // From any sender: naming one makes Qt ask the bus who that is, and wait for the answer.
-        m_bus->connect(QString(), watcherPath(), watcherName(), QString::fromLatin1(signal), this,
-                       SLOT(askForHost()));
-    registerItem();
+    connect(&m_connection, &SessionBusConnection::lost, this, [this] { setState(false, false); });
+    connect(&m_connection, &SessionBusConnection::restored, this, [this] { enterBus(); });
+    if (m_connection.bus())
+        enterBus();
 }
 
 TrayItemSni::~TrayItemSni() = default;
 
+void TrayItemSni::enterBus() {
+    exportObjects();
+    watchTrays();
+    registerItem();
+}
+
 void TrayItemSni::exportObjects() {
-    m_bus->registerObject(menuPath(), &m_menuServer, QDBusConnection::ExportScriptableContents);
-    m_bus->registerObject(itemPath(), &m_item, QDBusConnection::ExportScriptableContents);
+    QDBusConnection bus = *m_connection.bus();
+    bus.registerObject(menuPath(), &m_menuServer, QDBusConnection::ExportScriptableContents);
+    bus.registerObject(itemPath(), &m_item, QDBusConnection::ExportScriptableContents);
+}
+
+void TrayItemSni::watchTrays() {
+    QDBusConnection bus = *m_connection.bus();
+    m_watcher.setConnection(bus);
+    for (const char* signal : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"})
+        // From any sender: naming one makes Qt ask the bus who that is, and wait for the answer.
+        bus.connect(QString(), watcherPath(), watcherName(), QString::fromLatin1(signal), this,
+                    SLOT(askForHost()));
 }
 
 void TrayItemSni::registerItem() {
+    if (!m_connection.bus())
+        return;
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherName(), watcherPath(), watcherName(), QStringLiteral("RegisterStatusNotifierItem"));
     // Nobody would start a tray that is not there.
     call.setAutoStartService(false);
-    call << m_bus->baseService();
-    auto* answer = new QDBusPendingCallWatcher(m_bus->asyncCall(call), this);
+    call << m_connection.bus()->baseService();
+    auto* answer = new QDBusPendingCallWatcher(m_connection.bus()->asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         if (answer->isError())
@@ -100,12 +114,14 @@ void TrayItemSni::registerItem() {
 }
 
 void TrayItemSni::askForHost() {
+    if (!m_connection.bus())
+        return;
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherName(), watcherPath(), QStringLiteral("org.freedesktop.DBus.Properties"),
         QStringLiteral("Get"));
     call.setAutoStartService(false);
     call << watcherName() << QStringLiteral("IsStatusNotifierHostRegistered");
-    auto* answer = new QDBusPendingCallWatcher(m_bus->asyncCall(call), this);
+    auto* answer = new QDBusPendingCallWatcher(m_connection.bus()->asyncCall(call), this);
     connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
         answer->deleteLater();
         const QDBusPendingReply<QDBusVariant> reply = *answer;

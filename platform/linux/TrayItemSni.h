@@ -5,19 +5,19 @@
 #include "platform/linux/DBusMenuServer.h"
 #include "platform/linux/StatusNotifierItem.h"
 
-#include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QObject>
 #include <QString>
 
 #include <map>
 #include <memory>
-#include <optional>
 #include <utility>
 
 class QMenu;
 
 namespace sayloft {
+
+class SessionBusConnection;
 
 /// The item in a tray that speaks StatusNotifierItem over D-Bus, as most desktops' panels do. Our
 /// own, since the toolkit's decides once whether there is a tray, cannot say the state in its title
@@ -26,8 +26,9 @@ class TrayItemSni : public QObject, public TrayItem {
     Q_OBJECT
 
 public:
-    /// `iconFolder` holds "<name>-symbolic" of the pictures that a panel may colour.
-    explicit TrayItemSni(QString iconFolder);
+    /// `iconFolder` holds "<name>-symbolic" of the pictures that a panel may colour. The connection
+    /// outlives this.
+    TrayItemSni(SessionBusConnection& connection, QString iconFolder);
     ~TrayItemSni() override;
     TrayItemSni(const TrayItemSni&) = delete;
     TrayItemSni& operator=(const TrayItemSni&) = delete;
@@ -40,6 +41,8 @@ private Q_SLOTS:
     void askForHost();
 
 private:
+    void enterBus();
+    void watchTrays();
     void exportObjects();
     void registerItem();
     void setState(bool isRegistered, bool isHostThere);
@@ -47,11 +50,11 @@ private:
     [[nodiscard]] QString themedName(const TrayLook& look) const;
     void popUp();
 
+    SessionBusConnection& m_connection;
     const QString m_iconFolder;
     Menu m_menu;
     DBusMenuServer m_menuServer;
     StatusNotifierItem m_item;
-    std::optional<QDBusConnection> m_bus;
     QDBusServiceWatcher m_watcher;
     std::unique_ptr<QMenu> m_popUp;
     /// By name and tint: states change while somebody waits to speak.

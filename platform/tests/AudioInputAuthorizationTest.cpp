@@ -21,10 +21,7 @@ using Authorization = AudioInput::Authorization;
 class AudioInputPulseRefused : public testing::Test {
 protected:
     AudioInputPulseRefused() : m_serverBefore(qgetenv("PULSE_SERVER")) {
-        test::run(QStringLiteral("pactl"),
-                  {QStringLiteral("load-module"), QStringLiteral("module-native-protocol-tcp"),
-                   QStringLiteral("listen=127.0.0.1"), QStringLiteral("port=14713"),
-                   QStringLiteral("auth-cookie=") + m_theirs});
+        m_server.openGuardedDoor(14713, m_theirs);
         qputenv("PULSE_SERVER", "tcp:127.0.0.1:14713");
         qputenv("PULSE_COOKIE", m_ours.toLocal8Bit());
         m_input.emplace();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/NotifierFreedesktop.h"
 
+#include "platform/SessionBusConnection.h"
 #include "tests/support/BusMonitor.h"
 #include "tests/support/NotificationDaemon.h"
 #include "tests/support/TempHome.h"
@@ -28,13 +29,8 @@ class Daemons : public testing::TestWithParam<Notifying> {
 protected:
     Daemons()
         : m_bus(test::SessionBus::Options{.services = m_services.path()}),
-          m_connection(QDBusConnection::connectToBus(m_bus.address(), m_bus.address())) {
-        m_notifier.emplace(m_connection);
-    }
-    ~Daemons() override {
-        m_notifier.reset();
-        QDBusConnection::disconnectFromBus(m_bus.address());
-    }
+          m_connection(m_bus.address()),
+          m_notifier(std::in_place, m_connection) {}
 
     NotificationDaemon& startDaemon() {
         m_daemon = std::make_unique<NotificationDaemon>(GetParam(), m_server, m_bus);
@@ -63,7 +59,7 @@ protected:
     test::XServer m_server;
     QTemporaryDir m_services;
     test::SessionBus m_bus;
-    QDBusConnection m_connection;
+    SessionBusConnection m_connection;
     std::optional<NotifierFreedesktop> m_notifier;
     std::unique_ptr<NotificationDaemon> m_daemon;
     int m_activations = 0;
@@ -179,8 +175,8 @@ TEST_P(Daemons, thatTheBusStartsShowToo) {
                         "\n");
     const test::SessionBus bus(
         test::SessionBus::Options{.services = m_services.path(), .environment = environment});
-    NotifierFreedesktop notifier(
-        QDBusConnection::connectToBus(bus.address(), QStringLiteral("starting")));
+    SessionBusConnection connection(bus.address());
+    NotifierFreedesktop notifier(connection);
     notifier.show({.key = QStringLiteral("key"),
                    .summary = QStringLiteral("No microphone"),
                    .body = QStringLiteral("Plug one in.")});
@@ -190,7 +186,6 @@ TEST_P(Daemons, thatTheBusStartsShowToo) {
                         .isEmpty();
         },
         20s));
-    QDBusConnection::disconnectFromBus(QStringLiteral("starting"));
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/NotifierFreedesktop.h"
 
+#include "platform/SessionBusConnection.h"
 #include "platform/tests/ScriptedNotificationDaemon.h"
 #include "tests/support/SessionBus.h"
 #include "tests/support/WaitUntil.h"
@@ -29,11 +30,8 @@ class NotifierFreedesktopTest : public testing::Test {
 protected:
     NotifierFreedesktopTest()
         : m_bus(test::SessionBus::Options{.services = m_services.path()}),
-          m_notifier(std::in_place, QDBusConnection::connectToBus(m_bus.address(), ours)) {}
-    ~NotifierFreedesktopTest() override {
-        m_notifier.reset();
-        QDBusConnection::disconnectFromBus(ours);
-    }
+          m_connection(m_bus.address()),
+          m_notifier(std::in_place, m_connection) {}
 
     ScriptedNotificationDaemon& startDaemon() {
         m_daemon = std::make_unique<ScriptedNotificationDaemon>(m_bus);
@@ -56,11 +54,11 @@ protected:
     /// Whatever has been sent so far has been answered afterwards.
     static void settle() { test::turnEventLoopFor(100ms); }
 
-    const QString ours = QStringLiteral("notifier");
     const QString a = QStringLiteral("a");
     const QString b = QStringLiteral("b");
     QTemporaryDir m_services;
     test::SessionBus m_bus;
+    SessionBusConnection m_connection;
     std::unique_ptr<ScriptedNotificationDaemon> m_daemon;
     std::vector<QString> m_activated;
     std::optional<NotifierFreedesktop> m_notifier;
@@ -227,8 +225,27 @@ TEST_F(NotifierFreedesktopTest, isSilentWhenTheBusHasGone) {
     EXPECT_EQ(m_daemon->notified.size(), 1U);
 }
 
+TEST_F(NotifierFreedesktopTest, showsOnTheNextBusWhatTheUserHasNotSeen) {
+    startDaemon();
+    show(a);
+    ASSERT_TRUE(isNotified());
+    m_daemon.reset();
+    m_bus.kill();
+    ASSERT_TRUE(test::waitUntil([this] { return !m_connection.bus(); }));
+    show(b);
+    m_bus.restart();
+    startDaemon();
+    EXPECT_TRUE(isNotified());
+    settle();
+    EXPECT_EQ(m_daemon->notified.size(), 1U);
+    m_daemon->emitSignal(QStringLiteral("ActionInvoked"), {1U, QStringLiteral("default")});
+    EXPECT_TRUE(test::waitUntil([this] { return !m_activated.empty(); }));
+    EXPECT_THAT(m_activated, ElementsAre(b));
+}
+
 TEST(NotifierFreedesktopWithoutABus, isSilent) {
-    NotifierFreedesktop notifier(std::nullopt);
+    SessionBusConnection none(std::nullopt);
+    NotifierFreedesktop notifier(none);
     bool activated = false;
     notifier.show({.key = QStringLiteral("a"),
                    .summary = QStringLiteral("summary"),

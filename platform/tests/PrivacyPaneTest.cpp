@@ -79,6 +79,11 @@ protected:
         m_environment.insert(QStringLiteral("XDG_CURRENT_DESKTOP"), QString::fromLatin1(desktop));
     }
 
+    void openHelp(const QString& section) {
+        m_opener.emplace(QStringLiteral(PRIVACY_OPENER),
+                         QStringList{helpPage, QLatin1Char('#') + section}, m_environment);
+    }
+
     void open(const QString& anchor, const QString& page = helpPage) {
         m_opener.emplace(QStringLiteral(PRIVACY_OPENER), QStringList{page, prefix + anchor},
                          m_environment);
@@ -192,6 +197,33 @@ TEST_F(PrivacyPanes, showTheHelpThemselvesWhereAnEditorWouldOpenIt) {
 TEST_F(PrivacyPanes, showTheHelpThemselvesWhereNothingIsInstalled) {
     open(accessibility);
     EXPECT_TRUE(helpAppears());
+}
+
+class TheHelp : public PrivacyPanes {};
+
+TEST_F(TheHelp, opensAtItsSectionWhateverSettingsThereAre) {
+    for (const char* program : {"gnome-control-center", "pavucontrol"})
+        installStandIn(QString::fromLatin1(program));
+    installBrowser("browser.desktop", "browser.desktop");
+    setDesktop("GNOME");
+    openHelp(QStringLiteral("sound-server"));
+    const QString expected =
+        QStringLiteral("xdg-open file://") + helpPage + QStringLiteral("#sound-server\n");
+    EXPECT_EQ(callsOnce(expected), expected.toStdString());
+    EXPECT_FALSE(showsHelp());
+}
+
+TEST_F(TheHelp, opensInItsOwnWindowWhereNothingIsInstalled) {
+    openHelp(QStringLiteral("sound-server"));
+    EXPECT_TRUE(helpAppears());
+}
+
+TEST_F(TheHelp, hasTheSectionsThatAreAskedFor) {
+    const QByteArray page = test::readFile(helpPage);
+    for (const char* section : {"accessibility", "microphone", "sound-server"})
+        EXPECT_TRUE(
+            page.contains(QByteArray("<a name=\"") + section + "\" id=\"" + section + "\">"))
+            << section;
 }
 
 TEST_F(PrivacyPanes, showTheHelpInOneWindow) {

@@ -2,69 +2,96 @@
 #include "platform/SessionBusConnection.h"
 
 #include "tests/support/SessionBus.h"
-#include "tests/support/TempHome.h"
-
-#include <QProcess>
-#include <QTemporaryDir>
+#include "tests/support/WaitUntil.h"
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <chrono>
+#include <csignal>
 
 namespace sayloft {
 namespace {
 
-class SessionBusConnection : public testing::Test {
+using namespace std::chrono_literals;
+
+class ASessionBusConnection : public testing::Test {
 protected:
-    SessionBusConnection() {
-        // Whoever starts a bus on our behalf finds this program first.
-        test::writeFile(m_programs.filePath(QStringLiteral("dbus-launch")),
-                        "#!/bin/sh\ntouch \"$(dirname \"$0\")/launched\"\n");
-        QFile(m_programs.filePath(QStringLiteral("dbus-launch")))
-            .setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-        qputenv("PATH", m_programs.path().toLocal8Bit() + ':' + qgetenv("PATH"));
-        qputenv("DISPLAY", ":60001");
-        qunsetenv("DBUS_SESSION_BUS_ADDRESS");
-        qputenv("XDG_RUNTIME_DIR", m_runtime.path().toLocal8Bit());
+    ASessionBusConnection() {
+        QObject::connect(&m_connection, &SessionBusConnection::lost, [this] { ++m_losses; });
+        QObject::connect(&m_connection, &SessionBusConnection::restored,
+                         [this] { ++m_restorations; });
     }
 
-    [[nodiscard]] QString socket() const { return m_runtime.filePath(QStringLiteral("bus")); }
-    [[nodiscard]] bool wasLaunched() const {
-        return QFile::exists(m_programs.filePath(QStringLiteral("launched")));
+    [[nodiscard]] bool isLost(int times) const {
+        return test::waitUntil([&] { return m_losses == times; });
+    }
+    [[nodiscard]] bool isRestored(int times) const {
+        return test::waitUntil([&] { return m_restorations == times; });
     }
 
-    QTemporaryDir m_programs;
-    QTemporaryDir m_runtime;
+    test::SessionBus m_bus;
+    SessionBusConnection m_connection{m_bus.address()};
+    int m_losses = 0;
+    int m_restorations = 0;
 };
 
-TEST_F(SessionBusConnection, isTheOneOfTheRuntimeDirectory) {
-    const test::SessionBus bus(test::SessionBus::Options{.socket = socket()});
-    const auto found = sessionBus();
-    ASSERT_TRUE(found);
-    EXPECT_TRUE(found->isConnected());
+TEST_F(ASessionBusConnection, isThereAtOnce) {
+    ASSERT_TRUE(m_connection.bus());
+    EXPECT_TRUE(m_connection.bus()->isConnected());
 }
 
-TEST_F(SessionBusConnection, isNoneAndStartsNoneWhereThereIsNone) {
-    EXPECT_FALSE(sessionBus());
-    EXPECT_FALSE(wasLaunched());
+TEST_F(ASessionBusConnection, hasNoBusWhileThereIsNone) {
+    m_bus.kill();
+    ASSERT_TRUE(isLost(1));
+    EXPECT_FALSE(m_connection.bus());
 }
 
-TEST_F(SessionBusConnection, isNoneWithoutARuntimeDirectory) {
-    qunsetenv("XDG_RUNTIME_DIR");
-    EXPECT_FALSE(sessionBus());
-    EXPECT_FALSE(wasLaunched());
-}
-
-TEST_F(SessionBusConnection, isNoneWhereAFileStandsInItsPlace) {
-    test::writeFile(socket(), "no socket");
-    EXPECT_FALSE(sessionBus());
-    EXPECT_FALSE(wasLaunched());
-}
-
-TEST_F(SessionBusConnection, isNoneWhereItWouldHaveToBeStarted) {
-    for (const char* address : {"", "autolaunch:", "autolaunch:scope=*user"}) {
-        qputenv("DBUS_SESSION_BUS_ADDRESS", address);
-        EXPECT_FALSE(sessionBus()) << address;
-        EXPECT_FALSE(wasLaunched()) << address;
+TEST_F(ASessionBusConnection, comesBackWithEveryBusThatTakesThePlace) {
+    for (int restart = 1; restart <= 3; ++restart) {
+        m_bus.kill();
+        ASSERT_TRUE(isLost(restart));
+        m_bus.restart();
+        ASSERT_TRUE(isRestored(restart));
+        ASSERT_TRUE(m_connection.bus());
+        EXPECT_TRUE(m_connection.bus()->isConnected());
     }
+}
+
+TEST_F(ASessionBusConnection, waitsLongForTheNextBus) {
+    m_bus.kill();
+    ASSERT_TRUE(isLost(1));
+    test::turnEventLoopFor(2s);
+    EXPECT_EQ(m_restorations, 0);
+    m_bus.restart();
+    EXPECT_TRUE(isRestored(1));
+}
+
+TEST_F(ASessionBusConnection, doesNotBlockOnANextBusThatDoesNotAnswer) {
+    m_bus.kill();
+    ASSERT_TRUE(isLost(1));
+    m_bus.restart();
+    m_bus.program().signal(SIGSTOP);
+    auto longest = 0ms;
+    auto last = std::chrono::steady_clock::now();
+    EXPECT_FALSE(test::waitUntil(
+        [&] {
+            const auto now = std::chrono::steady_clock::now();
+            longest = std::max(longest,
+                               std::chrono::duration_cast<std::chrono::milliseconds>(now - last));
+            last = now;
+            return m_restorations > 0;
+        },
+        1s));
+    EXPECT_LT(longest, 200ms);
+    m_bus.program().signal(SIGCONT);
+    EXPECT_TRUE(isRestored(1));
+}
+
+TEST(ASessionBusConnectionWithoutABus, hasNone) {
+    EXPECT_FALSE(SessionBusConnection(std::nullopt).bus());
+    EXPECT_FALSE(SessionBusConnection(QStringLiteral("unix:path=/nonexistent")).bus());
+    EXPECT_FALSE(SessionBusConnection(QStringLiteral("no address")).bus());
 }
 
 }  // namespace

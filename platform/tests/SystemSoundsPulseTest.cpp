@@ -3,8 +3,13 @@
 
 #include "platform/linux/AudioInputPulse.h"
 #include "platform/tests/CapturedSound.h"
+#include "tests/support/RawHttpServer.h"
+#include "tests/support/SoundOnset.h"
 #include "tests/support/SoundServer.h"
 #include "tests/support/WaitUntil.h"
+
+#include <chrono>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -51,6 +56,17 @@ TEST_F(ASystemSound, isHeardFromTheNextServerToo) {
     EXPECT_TRUE(isHeard(QStringLiteral("Pop")));
 }
 
+TEST_F(ASystemSound, isHeardAfterOneCallWhichReturnsAtOnce) {
+    ASSERT_TRUE(waitUntil(
+        [this] { return server.list(QStringLiteral("samples")).contains("sayloft-Pop"); }));
+    SoundOnset room(input);
+    const auto begin = std::chrono::steady_clock::now();
+    sounds.play(QStringLiteral("Pop"));
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, 20ms);
+    ASSERT_TRUE(waitUntil([&room] { return room.onset().has_value(); }, 2s));
+    RecordProperty("heardAfterMs", std::to_string((*room.onset() - begin) / 1ms));
+}
+
 TEST_F(ASystemSound, neverBlocks) {
     ASSERT_TRUE(isHeard(QStringLiteral("Pop")));
     server.freeze();
@@ -58,4 +74,34 @@ TEST_F(ASystemSound, neverBlocks) {
     sounds.play(QStringLiteral("Pop"));
     EXPECT_LT(std::chrono::steady_clock::now() - begin, 20ms);
     server.thaw();
+}
+
+// How long it takes to have the sounds, ask for one and be done with them.
+std::chrono::steady_clock::duration timeOfAPlayer() {
+    const auto begin = std::chrono::steady_clock::now();
+    SystemSoundsPulse(QStringLiteral(SAYLOFT_SOUNDS_DIR)).play(QStringLiteral("Pop"));
+    return std::chrono::steady_clock::now() - begin;
+}
+
+TEST(ASystemSoundWithoutAServer, isSilenceThatNobodyWaitsFor) {
+    qputenv("PULSE_SERVER", "unix:/nonexistent");
+    EXPECT_LT(timeOfAPlayer(), 500ms);
+}
+
+TEST(ASystemSoundWithoutAServer, isSilenceWhereSomebodyElseListens) {
+    const RawHttpServer stranger({RawAnswer::hang()});
+    qputenv("PULSE_SERVER", "tcp:127.0.0.1:" + QByteArray::number(stranger.port()));
+    EXPECT_LT(timeOfAPlayer(), 500ms);
+}
+
+TEST(ASystemSoundWithoutAServer, isSilenceWhileTheServerHangs) {
+    SoundServer server;
+    server.freeze();
+    EXPECT_LT(timeOfAPlayer(), 500ms);
+}
+
+TEST(ASystemSoundWithoutAFile, isSilence) {
+    const SoundServer server;
+    SystemSoundsPulse sounds(QStringLiteral("/nonexistent"));
+    EXPECT_NO_THROW(sounds.play(QStringLiteral("Pop")));
 }

@@ -48,17 +48,30 @@ void DictationDesk::startSayloft(const QByteArray& settings) {
 
 void DictationDesk::startSayloft(const std::vector<RawAnswer>& answers,
                                  const QByteArray& settings) {
-    std::vector<RawAnswer> script{RawAnswer::ok("ready")};
-    script.insert(script.end(), answers.begin(), answers.end());
-    m_speechServer = std::make_unique<RawHttpServer>(script, helperPort);
+    listen(answers);
     start(settings, bundleWithDeafHelper());
-    // From here on every connection is a dictation.
-    if (!waitUntil([this] { return !m_speechServer->requests().empty(); }))
-        throw std::runtime_error("nobody asked whether the speech server is ready");
+    waitUntilAsked();
 }
 
 void DictationDesk::startSayloftWithoutServer() {
     start({}, bundleWithDeafHelper());
+}
+
+void DictationDesk::startServer(const std::vector<RawAnswer>& answers) {
+    listen(answers);
+    waitUntilAsked();
+}
+
+void DictationDesk::listen(const std::vector<RawAnswer>& answers) {
+    std::vector<RawAnswer> script{RawAnswer::ok("ready")};
+    script.insert(script.end(), answers.begin(), answers.end());
+    m_speechServer = std::make_unique<RawHttpServer>(script, helperPort);
+}
+
+// Afterwards every connection is a dictation.
+void DictationDesk::waitUntilAsked() const {
+    if (!waitUntil([this] { return !m_speechServer->requests().empty(); }))
+        throw std::runtime_error("nobody asked whether the speech server is ready");
 }
 
 void DictationDesk::start(const QByteArray& settings, const QString& bundle) {

@@ -42,6 +42,8 @@ public:
 
     /// Starts it with a helper that does nothing and nobody at the helper's port.
     void startSayloftWithoutServer();
+    /// Ends that: somebody answers as if the test had been started with him.
+    void startServer(const std::vector<RawAnswer>& answers);
 
     /// Presses the keys and waits until the microphone is open.
     void hold(const Chord& chord = dictate);
@@ -84,6 +86,8 @@ public:
 
 private:
     void start(const QByteArray& settings, const QString& bundle);
+    void listen(const std::vector<RawAnswer>& answers);
+    void waitUntilAsked() const;
     [[nodiscard]] QString bundleWithDeafHelper();
     [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/ChildProgram.h"
+#include "tests/support/Colours.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
 #include "tests/support/TempHome.h"
@@ -46,17 +47,22 @@ protected:
         writeFile(home() + QStringLiteral("/.sayloft/history.json"), json);
     }
 
-    /// Where the panel at the top of the screen has the colour, if anywhere.
-    [[nodiscard]] std::optional<QPoint> placeOf(const QColor& colour) const {
+    /// Of the panel at the top of the screen.
+    [[nodiscard]] QImage pictureOfThePanel() const {
         const QString path = m_directory.filePath(QStringLiteral("panel.png"));
         run(QStringLiteral("import"),
             {QStringLiteral("-window"), QStringLiteral("root"), QStringLiteral("-crop"),
              QStringLiteral("1280x34+0+0"), QStringLiteral("+repage"), path},
             {}, m_environment);
-        const QImage panel(path);
+        return QImage(path);
+    }
+
+    /// Where the panel has the colour, or one that no eye tells from it, if anywhere.
+    [[nodiscard]] std::optional<QPoint> placeOf(const QColor& colour) const {
+        const QImage panel = pictureOfThePanel();
         for (int y = 0; y < panel.height(); ++y) {
             for (int x = 0; x < panel.width(); ++x) {
-                if (panel.pixelColor(x, y) == colour)
+                if (isAlmost(panel.pixelColor(x, y), colour))
                     return QPoint(x, y);
             }
         }

@@ -1,10 +1,14 @@
 // SPDX-License-Identifier: MIT
 // What the tray item says while somebody dictates, seen from outside on the bus.
 #include "tests/endtoend/DictationDesk.h"
+#include "tests/support/Colours.h"
 #include "tests/support/TitleWatch.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/TrayHost.h"
 #include "tests/support/WaitUntil.h"
+
+#include <QColor>
+#include <QImage>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,8 +25,40 @@ const QString ready = QStringLiteral("Sayloft: ready");
 const QString listening = QStringLiteral("Sayloft: listening");
 const QString didNotWork = QStringLiteral("Sayloft: that did not work");
 
+/// What a panel sees of a state.
+struct Look {
+    QString title;
+    QString iconName;
+    QColor colour;  ///< of the pictures
+};
+
+const Look looksWarming{oneMoment, {}, {134, 134, 134, 140}};
+const Look looksReady{ready, QStringLiteral("MenuIcon-symbolic"), {134, 134, 134}};
+const Look looksListening{listening, {}, {224, 49, 43}};
+const Look looksFailed{didNotWork, {}, {255, 149, 0}};
+
 class TheTrayItem : public testing::Test {
 protected:
+    /// Whether the item comes to look like that, in every size, once it has the title.
+    [[nodiscard]] testing::AssertionResult looksLike(const Look& look) const {
+        if (!test::waitUntil([&] { return title() == look.title; }))
+            return testing::AssertionFailure() << "it says " << title().toStdString();
+        const test::TrayItemProperties seen = m_client.properties();
+        for (const QImage& picture : seen.pictures) {
+            const QColor colour = test::mainColour(picture);
+            if (!test::isAlmost(colour, look.colour))
+                return testing::AssertionFailure()
+                       << "it is " << colour.name(QColor::HexArgb).toStdString();
+        }
+        if (seen.iconName != look.iconName || seen.toolTipTitle != look.title ||
+            !seen.toolTipText.isEmpty() || seen.pictures.size() != 8)
+            return testing::AssertionFailure()
+                   << "icon " << seen.iconName.toStdString() << ", tooltip "
+                   << seen.toolTipTitle.toStdString() << " / " << seen.toolTipText.toStdString()
+                   << ", " << seen.pictures.size() << " pictures";
+        return testing::AssertionSuccess();
+    }
+
     void watchFromReady() {
         ASSERT_TRUE(test::waitUntil([this] { return title() == ready; }));
         m_watch = std::make_unique<test::TitleWatch>(m_desk.bus(), m_client.sayloft());
@@ -60,9 +96,21 @@ TEST_F(TheTrayItem, showsAFailedDictationForAMoment) {
     EXPECT_THAT(titles(5), testing::ElementsAre(ready, listening, oneMoment, didNotWork, ready));
 }
 
-TEST_F(TheTrayItem, isWarmingUpUntilTheSpeechServerAnswers) {
+TEST_F(TheTrayItem, looksToEverybodyLikeItsState) {
+    RawAnswer slow = RawAnswer::ok("hello world");
+    slow.trickleMs = 20;
     m_desk.startSayloftWithoutServer();
-    EXPECT_EQ(title(), oneMoment);
+    EXPECT_TRUE(looksLike(looksWarming));
+    m_desk.startServer({slow, RawAnswer::status(500)});
+    EXPECT_TRUE(looksLike(looksReady));
+    m_desk.hold();
+    EXPECT_TRUE(looksLike(looksListening));
+    m_desk.letGo();
+    EXPECT_TRUE(looksLike(looksWarming));
+    EXPECT_TRUE(looksLike(looksReady));
+    m_desk.say();
+    EXPECT_TRUE(looksLike(looksFailed));
+    EXPECT_TRUE(looksLike(looksReady));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 // What the user is told when something is missing, by the real program on real desktops.
 #include "tests/support/BusMonitor.h"
 #include "tests/support/NotificationDaemon.h"
+#include "tests/support/ProcessFigures.h"
 #include "tests/support/RawHttpServer.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
@@ -25,18 +26,23 @@ using namespace std::chrono_literals;
 
 class Trouble : public testing::Test {
 protected:
+    Trouble() {
+        m_bus.addTo(m_environment);
+        m_environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
+        m_environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
+    }
+
+    /// There is a sound server from here on.
+    test::SoundServer& openRoom() {
+        m_room = std::make_unique<test::SoundServer>();
+        m_room->addTo(m_environment);
+        return *m_room;
+    }
+
     void startSayloft(const QByteArray& configuration) {
-        QProcessEnvironment environment = m_display.environment();
-        m_bus.addTo(environment);
-        environment.remove(QStringLiteral("XDG_RUNTIME_DIR"));
-        // There is no sound server unless a test has one.
-        if (m_room)
-            m_room->addTo(environment);
-        else
-            environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
         const QString home = m_directory.filePath(QStringLiteral("home"));
         test::writeConfig(home, configuration);
-        m_sayloft = std::make_unique<test::SayloftProgram>(home, environment);
+        m_sayloft = std::make_unique<test::SayloftProgram>(home, m_environment);
         ASSERT_TRUE(m_sayloft->waitForLog(QStringLiteral("event tap installed OK")));
     }
 
@@ -51,6 +57,7 @@ protected:
     test::BusMonitor m_messages{m_bus, QStringLiteral("org.freedesktop.Notifications")};
     test::TrayClient m_client{m_bus};
     QTemporaryDir m_directory;
+    QProcessEnvironment m_environment = m_display.environment();
     std::unique_ptr<test::SoundServer> m_room;
     std::unique_ptr<test::SayloftProgram> m_sayloft;
 };
@@ -66,7 +73,7 @@ TEST_F(Trouble, ofAMissingModelIsToldOnceAndStandsInTheTooltip) {
 }
 
 TEST_F(Trouble, ofAHelperThatDiesStandsInTheTooltip) {
-    m_room = std::make_unique<test::SoundServer>();
+    openRoom();
     startSayloft(R"({"model":"starter"})");
     ASSERT_TRUE(m_sayloft->waitForHelper());
     test::run(QStringLiteral("pkill"),
@@ -89,15 +96,45 @@ TEST_F(Trouble, ofAMissingSoundServerIsTold) {
     EXPECT_TRUE(m_messages.hears("Sayloft finds no sound server"));
 }
 
+TEST_F(Trouble, ofASoundServerThatRefusesIsToldUntilItLetsUsIn) {
+    const QString theirs = m_directory.filePath(QStringLiteral("theirs"));
+    const QString ours = m_directory.filePath(QStringLiteral("ours"));
+    openRoom().openGuardedDoor(14714, theirs);
+    m_environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("tcp:127.0.0.1:14714"));
+    m_environment.insert(QStringLiteral("PULSE_COOKIE"), ours);
+    const test::TrayHost panel(test::TrayHostKind::xfcePanel, m_display, m_bus);
+    startSayloft(R"({"model":"starter"})");
+    EXPECT_TRUE(tooltipSays(QStringLiteral("sound server refuses")));
+    EXPECT_TRUE(m_messages.hears("The sound server refuses Sayloft"));
+    test::writeFile(ours, test::readFile(theirs));
+    EXPECT_TRUE(tooltipSays(QStringLiteral("'Sayloft: ready', ''")));
+}
+
 TEST_F(Trouble, ofAMissingTrayIsToldWithTheRemedy) {
-    m_room = std::make_unique<test::SoundServer>();
+    openRoom();
     startSayloft(R"({"model":"starter"})");
     EXPECT_TRUE(tooltipSays(QStringLiteral("no place for the icon")));
     EXPECT_TRUE(m_messages.hears("GNOME shows the icon with its AppIndicator extension"));
 }
 
+TEST_F(Trouble, ofAMissingTrayIsNotToldAtTheNextStartAndCostsNothing) {
+    openRoom();
+    startSayloft(R"({"model":"starter"})");
+    ASSERT_TRUE(m_messages.hears("its icon has no place"));
+    m_sayloft.reset();
+    startSayloft(R"({"model":"starter"})");
+    ASSERT_TRUE(m_sayloft->waitForHelper());
+    // A tray is given ten seconds to come up.
+    test::turnEventLoopFor(12s);
+    EXPECT_EQ(m_messages.count("its icon has no place"), 1);
+    const qint64 pid = m_sayloft->program().pid();
+    const long before = test::threadSwitchesOf(pid).voluntary;
+    test::turnEventLoopFor(5s);
+    EXPECT_EQ(test::threadSwitchesOf(pid).voluntary, before);
+}
+
 TEST_F(Trouble, isNotToldWhereAllIsWell) {
-    m_room = std::make_unique<test::SoundServer>();
+    openRoom();
     const test::TrayHost panel(test::TrayHostKind::xfcePanel, m_display, m_bus);
     startSayloft(R"({"model":"starter"})");
     ASSERT_TRUE(m_sayloft->waitForHelper());

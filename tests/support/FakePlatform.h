@@ -40,8 +40,11 @@ public:
     [[nodiscard]] bool accessibilityTrusted() const override { return trusted; }
     void open(const QUrl& pane) override { opened.push_back(pane.toString()); }
 
+    void openHelp(const QString& section) override { helped.push_back(section); }
+
     bool trusted = true;
     std::vector<QString> opened;
+    std::vector<QString> helped;
 };
 
 /// A desktop that shows every message until it is withdrawn.

@@ -3,7 +3,12 @@
 
 #include "tests/support/TempHome.h"
 
+#include <QFile>
+
+#include <chrono>
+#include <csignal>
 #include <stdexcept>
+#include <utility>
 
 namespace sayloft::test {
 namespace {
@@ -27,9 +32,8 @@ QByteArray configuration(const QString& services) {
 }
 
 QStringList arguments(const SessionBus::Options& options, const QString& configurationFile) {
-    QStringList arguments{QStringLiteral("--nofork"), QStringLiteral("--print-address")};
-    if (!options.socket.isEmpty())
-        arguments << QStringLiteral("--address=unix:path=") + options.socket;
+    QStringList arguments{QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                          QStringLiteral("--address=unix:path=") + options.socket};
     if (options.services.isEmpty())
         return arguments << QStringLiteral("--session");
     writeFile(configurationFile, configuration(options.services));
@@ -48,11 +52,27 @@ QString readAddress(QProcess& daemon) {
 
 }  // namespace
 
-SessionBus::SessionBus(const Options& options)
-    : m_program(QStringLiteral("dbus-daemon"),
-                arguments(options, m_directory.filePath(QStringLiteral("bus.conf"))),
-                options.environment),
-      m_address(readAddress(m_program.process())) {}
+SessionBus::SessionBus(Options options) : m_options(std::move(options)) {
+    if (m_options.socket.isEmpty())
+        m_options.socket = m_directory.filePath(QStringLiteral("bus"));
+    restart();
+}
+
+void SessionBus::kill() {
+    m_program->signal(SIGKILL);
+    if (!m_program->waitForEnd(std::chrono::seconds(5)))
+        throw std::runtime_error("dbus-daemon does not end");
+}
+
+void SessionBus::restart() {
+    m_program.reset();
+    QFile::remove(m_options.socket);
+    m_program = std::make_unique<ChildProgram>(
+        QStringLiteral("dbus-daemon"),
+        arguments(m_options, m_directory.filePath(QStringLiteral("bus.conf"))),
+        m_options.environment);
+    m_address = readAddress(m_program->process());
+}
 
 void SessionBus::addTo(QProcessEnvironment& environment) const {
     environment.insert(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), m_address);

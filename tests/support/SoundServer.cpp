@@ -157,6 +157,12 @@ void SoundServer::setDefaultMicrophone(const QString& name) const {
     pactl({QStringLiteral("set-default-source"), name});
 }
 
+void SoundServer::openGuardedDoor(quint16 port, const QString& cookieFile) const {
+    pactl({QStringLiteral("load-module"), QStringLiteral("module-native-protocol-tcp"),
+           QStringLiteral("listen=127.0.0.1"), QStringLiteral("port=%1").arg(port),
+           QStringLiteral("auth-cookie=") + cookieFile});
+}
+
 QByteArray SoundServer::list(const QString& what) const {
     return pactl({QStringLiteral("list"), what});
 }

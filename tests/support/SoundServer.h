@@ -46,7 +46,10 @@ public:
     void removeMicrophone(const QString& name) const;
     void setDefaultMicrophone(const QString& name) const;
 
-    /// What the server says of all its "source-outputs" or "clients".
+    /// A second way in, by TCP: for who has the cookie, which is left in the file.
+    void openGuardedDoor(quint16 port, const QString& cookieFile) const;
+
+    /// What the server says of all its "source-outputs", "clients" or "samples".
     [[nodiscard]] QByteArray list(const QString& what) const;
 
     /// Ends the server without a farewell to its clients.

@@ -86,6 +86,12 @@ QString TrayClient::property(const QString& name) const {
     return value.mid(2).chopped(3);
 }
 
+TrayItemProperties TrayClient::properties() const {
+    return TrayItemProperties::fromGdbus(
+        call(sayloft(), itemPath, QStringLiteral("org.freedesktop.DBus.Properties.GetAll"),
+             {QStringLiteral("org.kde.StatusNotifierItem")}));
+}
+
 QString TrayClient::callMenu(const char* method, const QStringList& arguments) const {
     return call(sayloft(), menuPath,
                 QStringLiteral("com.canonical.dbusmenu.") + QString::fromLatin1(method), arguments);

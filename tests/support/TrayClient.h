@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tests/support/SessionBus.h"
+#include "tests/support/TrayItemProperties.h"
 
 #include <QProcessEnvironment>
 #include <QString>
@@ -26,6 +27,8 @@ public:
     [[nodiscard]] bool isSayloftShown() const;
     /// A property of Sayloft's item, as gdbus prints it.
     [[nodiscard]] QString property(const QString& name) const;
+    /// All properties of Sayloft's item at one moment.
+    [[nodiscard]] TrayItemProperties properties() const;
 
     /// The whole menu, as gdbus prints it.
     [[nodiscard]] QString menu() const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Opens a pane of the privacy settings. Arguments: the page of the help, then the address of each
-// pane. Ends when its standard input does.
+// Opens panes of the privacy settings and sections of the help. Arguments: the page of the help,
+// then the address of each pane, or "#" and the name of a section. Ends when its standard input
+// does.
 #include "platform/linux/PrivacySettingsX11.h"
 
 #include <QApplication>
@@ -14,8 +15,12 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     const QStringList arguments = QApplication::arguments();
     sayloft::PrivacySettingsX11 settings(arguments.value(1));
-    for (const QString& pane : arguments.mid(2))
-        settings.open(QUrl(pane));
+    for (const QString& wanted : arguments.mid(2)) {
+        if (wanted.startsWith(QLatin1Char('#')))
+            settings.openHelp(wanted.mid(1));
+        else
+            settings.open(QUrl(wanted));
+    }
     const QSocketNotifier inputEnded(STDIN_FILENO, QSocketNotifier::Read);
     QObject::connect(&inputEnded, &QSocketNotifier::activated, &application, &QApplication::quit);
     return QApplication::exec();

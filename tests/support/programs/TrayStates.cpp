@@ -3,12 +3,16 @@
 // has: some states pass too quickly for a look, and one is never set.
 #include "app/StatusMenu.h"
 #include "models/Paths.h"
+#include "platform/SessionBusAddress.h"
+#include "platform/SessionBusConnection.h"
 #include "platform/linux/TrayItemSni.h"
 #include "storage/Config.h"
 #include "storage/History.h"
 
 #include <QApplication>
+#include <QColor>
 #include <QDir>
+#include <QPalette>
 #include <QSocketNotifier>
 
 #include <cstdio>
@@ -21,8 +25,13 @@ int main(int argc, char** argv) {
     using namespace sayloft;
 
     QApplication application(argc, argv);
+    // The desktop's accent, the same on all of them.
+    QPalette palette = QApplication::palette();
+    palette.setColor(QPalette::Highlight, QColor(35, 116, 225));
+    QApplication::setPalette(palette);
     fixPaths(QStringLiteral(SAYLOFT_BUNDLE_DIR), QDir::homePath());
-    TrayItemSni tray(BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
+    SessionBusConnection sessionBus(sessionBusAddress());
+    TrayItemSni tray(sessionBus, BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
     const Config cfg;
     const History history;
     StatusMenu menu(tray, cfg, history, {});

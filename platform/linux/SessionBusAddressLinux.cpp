@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
-#include "platform/SessionBusConnection.h"
+#include "platform/SessionBusAddress.h"
 
 #include <QFile>
-#include <QString>
+#include <QUrl>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,21 +17,20 @@ bool isSocketOfOurs(const QString& path) {
            status.st_uid == ::geteuid();
 }
 
-bool isThere() {
-    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    if (!address.isEmpty())
-        return !address.startsWith(QStringLiteral("autolaunch:"));
-    const QString runtimeDir = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    return !runtimeDir.isEmpty() && isSocketOfOurs(runtimeDir + QStringLiteral("/bus"));
-}
-
 }  // namespace
 
-std::optional<QDBusConnection> sessionBus() {
-    if (!isThere())
+std::optional<QString> sessionBusAddress() {
+    const QString address = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
+    if (address.startsWith(QStringLiteral("autolaunch:")))
         return std::nullopt;
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    return bus.isConnected() ? std::optional(bus) : std::nullopt;
+    if (!address.isEmpty())
+        return address;
+    const QString runtimeDir = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    const QString socket = runtimeDir + QStringLiteral("/bus");
+    if (runtimeDir.isEmpty() || !isSocketOfOurs(socket))
+        return std::nullopt;
+    return QStringLiteral("unix:path=") +
+           QString::fromLatin1(QUrl::toPercentEncoding(socket, "/", "~"));
 }
 
 }  // namespace sayloft

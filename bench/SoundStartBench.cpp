@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+// How long it takes from play() until "Pop" and "Tink" are heard in the room, against paplay
+// starting cold with the same file: from the start of its process. All take turns on one private
+// server, and all figures include the way through the microphone, some 20 ms.
+#include "bench/Result.h"
+#include "platform/linux/AudioInputPulse.h"
+#include "platform/linux/SystemSoundsPulse.h"
+#include "tests/support/ChildProgram.h"
+#include "tests/support/SoundOnset.h"
+#include "tests/support/SoundServer.h"
+#include "tests/support/WaitUntil.h"
+
+#include <QCoreApplication>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <thread>
+#include <vector>
+
+namespace sayloft {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr int rounds = 40;
+const QString sounds = QStringLiteral(SAYLOFT_BUNDLE_DIR "/Contents/Resources/sounds");
+
+double milliseconds(Clock::duration duration) {
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+/// The server works in blocks of 20 ms: over all rounds, every moment of a block is met.
+double timeUntilHeard(test::SoundOnset& room, int round, const std::function<void()>& play) {
+    room.waitForSilence();
+    std::this_thread::sleep_for(std::chrono::milliseconds(round % 20));
+    const auto begin = Clock::now();
+    play();
+    if (!test::waitUntil([&room] { return room.onset().has_value(); }))
+        throw std::runtime_error("nothing is heard");
+    return milliseconds(*room.onset() - begin);
+}
+
+double timeOfPaplay(test::SoundOnset& room, int round) {
+    std::unique_ptr<test::ChildProgram> paplay;
+    const double time = timeUntilHeard(room, round, [&paplay] {
+        paplay = std::make_unique<test::ChildProgram>(
+            QStringLiteral("paplay"),
+            QStringList{QStringLiteral("--latency-msec=20"), QStringLiteral("--device=room"),
+                        sounds + QStringLiteral("/Pop.wav")});
+    });
+    if (!paplay->waitForEnd(std::chrono::seconds(10)))
+        throw std::runtime_error("paplay does not end");
+    return time;
+}
+
+void compare() {
+    const test::SoundServer server;
+    AudioInputPulse input;
+    SystemSoundsPulse player(sounds);
+    test::SoundOnset room(input);
+    if (!test::waitUntil([&server] {
+            return server.list(QStringLiteral("samples")).count("Name: sayloft-") == 2;
+        }))
+        throw std::runtime_error("the sounds were not taken in");
+
+    const std::array names{QStringLiteral("Pop"), QStringLiteral("Tink")};
+    std::array<std::vector<double>, 2> ours;
+    std::vector<double> calls;
+    std::vector<double> peer;
+    for (int round = 0; round < rounds; ++round) {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            ours.at(i).push_back(timeUntilHeard(room, round, [&] {
+                const auto begin = Clock::now();
+                player.play(names.at(i));
+                calls.push_back(milliseconds(Clock::now() - begin));
+            }));
+        }
+        peer.push_back(timeOfPaplay(room, round));
+    }
+    for (std::size_t i = 0; i < names.size(); ++i)
+        bench::print({.name = "play() of " + names.at(i).toStdString() + " to its sound",
+                      .value = bench::describeMilliseconds(ours.at(i)),
+                      .peer = "paplay, cold",
+                      .peerValue = bench::describeMilliseconds(peer)});
+    bench::print({.name = "play() itself, on the main thread",
+                  .value = bench::describe(1000 * bench::medianOf(calls), 0, "us"),
+                  .peer = {},
+                  .peerValue = {}});
+}
+
+}  // namespace
+}  // namespace sayloft
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    try {
+        sayloft::compare();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "bench_sound_start: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

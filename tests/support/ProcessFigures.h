@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+namespace sayloft::test {
+
+/// The number after `name` in a file of lines "name: number ..."; throws std::runtime_error when
+/// there is none.
+[[nodiscard]] long numberIn(const QString& path, const QByteArray& name);
+
+/// How often the threads of a process have left a processor so far.
+struct ThreadSwitches {
+    long voluntary = 0;  ///< each began with a wake-up
+    long involuntary = 0;
+};
+
+/// Of all threads that the process has just now.
+[[nodiscard]] ThreadSwitches threadSwitchesOf(qint64 pid);
+
+}  // namespace sayloft::test
