@@ -83,8 +83,8 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_parakeet.start(model);
     checkPermissions();
     installEventTap();
-    openOnboardingIfNeeded();
     m_models.removeDeadDownloads();
+    openOnboardingIfNeeded();
     m_troubles.launched();
 }
 

@@ -107,7 +107,8 @@ void ModelActions::setModel(const QString& key, std::function<void()> then) {
 }
 
 void ModelActions::deleteModel(const QString& key) {
-    if (key == m_parts.cfg.model || isBundled(key))
+    // An unknown key stands for the first model, so the keys alone do not tell.
+    if (modelInfo(key).key == modelInfo(m_parts.cfg.model).key || isBundled(key))
         return;
     QFile::remove(modelPath(modelInfo(key).file));
     logf(QStringLiteral("deleted model ") + key);

@@ -35,9 +35,10 @@ private:
 
     CURL* m_easy;
     Done m_onDone;
-    CurlMulti m_multi;
     QTimer m_timer;
     std::map<curl_socket_t, std::map<QSocketNotifier::Type, QSocketNotifier*>> m_notifiers;
+    // Last: while it is cleaned up it may still change the members above.
+    CurlMulti m_multi;
 };
 
 }  // namespace sayloft

@@ -29,15 +29,16 @@ void Downloader::download(const QUrl& url, const QString& destination) {
                         .onProgress =
                             [this](double fraction) {
                                 QMetaObject::invokeMethod(this, [this, fraction] {
-                                    if (onProgress)
-                                        onProgress(fraction);
+                                    // A copy: what it calls may replace it.
+                                    if (const auto report = onProgress)
+                                        report(fraction);
                                 });
                             },
                         .onDone =
                             [this](bool succeeded) {
                                 QMetaObject::invokeMethod(this, [this, succeeded] {
-                                    if (onDone)
-                                        onDone(succeeded);
+                                    if (const auto report = onDone)
+                                        report(succeeded);
                                 });
                             }};
     QMetaObject::invokeMethod(m_desk, [desk = m_desk, order] {

@@ -44,6 +44,9 @@ void HttpFetch::setOptions(const QList<QByteArray>& headers) {
     curl_easy_setopt(easy, CURLOPT_PROTOCOLS_STR, "http,https");
     curl_easy_setopt(easy, CURLOPT_USERAGENT, "Sayloft");
     curl_easy_setopt(easy, CURLOPT_NOSIGNAL, 1L);
+    // A name server that does not answer must not hold up whoever gives up.
+    curl_easy_setopt(easy, CURLOPT_QUICK_EXIT, 1L);
+    curl_easy_setopt(easy, CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     curl_easy_setopt(easy, CURLOPT_BUFFERSIZE, bufferSize);
     curl_easy_setopt(easy, CURLOPT_ERRORBUFFER, m_error.data());
     if (!headers.isEmpty())
@@ -67,15 +70,13 @@ void HttpFetch::giveUp() {
 }
 
 // Both tell by their result how much they have taken; anything but all of it ends the transfer.
-std::size_t HttpFetch::lineArrived(const char* bytes, std::size_t size, std::size_t count,
-                                   void* self) {
+std::size_t HttpFetch::lineArrived(char* bytes, std::size_t size, std::size_t count, void* self) {
     const std::size_t length = size * count;
     const QByteArrayView line(bytes, static_cast<qsizetype>(length));
     return static_cast<HttpFetch*>(self)->takeLine(line) ? length : 0;
 }
 
-std::size_t HttpFetch::bodyArrived(const char* bytes, std::size_t size, std::size_t count,
-                                   void* self) {
+std::size_t HttpFetch::bodyArrived(char* bytes, std::size_t size, std::size_t count, void* self) {
     auto* fetch = static_cast<HttpFetch*>(self);
     const std::size_t length = size * count;
     const QByteArrayView body(bytes, static_cast<qsizetype>(length));

@@ -43,10 +43,8 @@ public:
     void giveUp();
 
 private:
-    static std::size_t lineArrived(const char* bytes, std::size_t size, std::size_t count,
-                                   void* self);
-    static std::size_t bodyArrived(const char* bytes, std::size_t size, std::size_t count,
-                                   void* self);
+    static std::size_t lineArrived(char* bytes, std::size_t size, std::size_t count, void* self);
+    static std::size_t bodyArrived(char* bytes, std::size_t size, std::size_t count, void* self);
 
     void setOptions(const QList<QByteArray>& headers);
     [[nodiscard]] bool takeLine(QByteArrayView line);

@@ -39,7 +39,8 @@ std::optional<qint64> lengthOf(CURL* transfer, int status) {
 QUrl redirectOf(int status, const QByteArray& location, const QUrl& url) {
     const bool redirects =
         status == 301 || status == 302 || status == 303 || status == 307 || status == 308;
-    return redirects && !location.isEmpty() ? url.resolved(QUrl::fromEncoded(location)) : QUrl();
+    const QUrl target = QUrl::fromEncoded(location);
+    return redirects && target.isValid() ? url.resolved(target) : QUrl();
 }
 
 }  // namespace

@@ -37,7 +37,8 @@ void draw(QPainter& painter, const PillBackdrop::Look& look) {
     const QRectF pill = onScreen(PillGeometry{look.minimal}.scaledPill(pillScale(presence)));
     painter.save();
     if (look.background != PillBackground::black)
-        paintPillShadow(painter, pill.translated(0, 2), 14 * presence, grey(0, 0.4 * presence));
+        paintPillShadow(painter, pill.translated(0, 2), 14 * presence, grey(0, 0.4 * presence),
+                        {PillGeometry::viewW, PillGeometry::viewH});
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     fill(painter, pill, grey(0.17, bodyOpacity(look.background) * presence));

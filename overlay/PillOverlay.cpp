@@ -145,6 +145,7 @@ void PillOverlay::followScreens() {
 
 void PillOverlay::follow(QScreen* screen) {
     connect(screen, &QScreen::geometryChanged, this, &PillOverlay::reposition);
+    connect(screen, &QScreen::logicalDotsPerInchChanged, this, &PillOverlay::reposition);
     reposition();
 }
 

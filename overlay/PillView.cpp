@@ -72,8 +72,9 @@ void PillView::setLevelProvider(std::function<double()> levelProvider) {
 }
 
 void PillView::setBackground(PillBackground background) {
+    if (background != m_background)
+        update();
     m_background = background;
-    update();
 }
 
 QRectF PillView::outline() const {

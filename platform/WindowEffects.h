@@ -25,7 +25,7 @@ public:
     /// Puts out of focus what is seen through the region.
     virtual void blurBehind(WId window, const QRegion& region) = 0;
 
-    /// One of the two answers above has changed.
+    /// What `isTranslucent` answers has changed.
     std::function<void()> onChange;
 };
 

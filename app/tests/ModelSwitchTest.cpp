@@ -15,6 +15,7 @@
 #include "tests/support/WaitUntil.h"
 #include "tests/support/Waveform.h"
 
+#include <QCoreApplication>
 #include <QFile>
 
 #include <algorithm>
@@ -67,8 +68,9 @@ protected:
     /// The process ids of all helpers.
     [[nodiscard]] static QList<QByteArray> helpers() {
         QProcess pgrep;
-        pgrep.start(QStringLiteral("pgrep"),
-                    {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+        pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-x"), QStringLiteral("-P"),
+                                              QString::number(QCoreApplication::applicationPid()),
+                                              QStringLiteral("parakeet-server")});
         pgrep.waitForFinished(5000);
         return pgrep.readAllStandardOutput().simplified().split(' ');
     }
@@ -85,7 +87,11 @@ protected:
         return models;
     }
 
-    void signalHelper(int number) const { ASSERT_EQ(::kill(helpers().front().toInt(), number), 0); }
+    void signalHelper(int number) const {
+        const int helper = helpers().front().toInt();
+        ASSERT_GT(helper, 1);
+        ASSERT_EQ(::kill(helper, number), 0);
+    }
 
     /// One helper answers, with this model, and stays the only one.
     void expectHelperWith(const QString& model) {

@@ -108,7 +108,9 @@ constexpr auto nameOf = [](const auto& info) { return std::string(info.param.nam
 class RefusedByNginx : public DownloadFromNginx, public testing::WithParamInterface<StatusRow> {};
 
 INSTANTIATE_TEST_SUITE_P(Status, RefusedByNginx,
-                         testing::Values(StatusRow{"unauthorised", 401},
+                         testing::Values(StatusRow{"notModified", 304}, StatusRow{"useProxy", 305},
+                                         StatusRow{"switchProxy", 306},
+                                         StatusRow{"unauthorised", 401},
                                          StatusRow{"forbidden", 403}, StatusRow{"gone", 410},
                                          StatusRow{"range", 416}, StatusRow{"internalError", 500},
                                          StatusRow{"unavailable", 503}),

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "overlay/CapsuleRegion.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <gtest/gtest.h>

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "overlay/PillAnimation.h"
 
-#include <cmath>
-#include <limits>
-
 #include <gtest/gtest.h>
 
 namespace sayloft {

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "overlay/PillOverlay.h"
 
+#include "overlay/CapsuleRegion.h"
 #include "platform/linux/WindowEffectsX11.h"
+#include "platform/linux/XcbHandles.h"
+#include "tests/support/BoundingShape.h"
 #include "tests/support/Compositor.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/WidgetTest.h"
@@ -32,6 +35,18 @@ protected:
         return waitUntil([this] { return !pill().isVisible(); });
     }
 
+    /// What the server has of the window.
+    [[nodiscard]] QRegion shape() const {
+        return test::boundingShape(observer.get(), overlay->window().winId());
+    }
+
+    // Equal regions may be made of other rectangles.
+    [[nodiscard]] bool hasShape(const QRegion& region) const {
+        return shape().xored(region).isEmpty();
+    }
+
+    const QRegion wholePill = capsuleRegion(QRectF(75, 28, 256, 54), 1);
+    XcbConnection observer = connectToXServer();
     double level = 0;
     WindowEffectsX11 effects;
     std::unique_ptr<PillOverlay> overlay =
@@ -118,16 +133,22 @@ TEST_F(PillOverlayTest, mayGoWhileCommandsWait) {
     turnEventLoopFor(200ms);
 }
 
-TEST_F(PillOverlayTest, takesPartWhenACompositorComesAndGoes) {
+TEST_F(PillOverlayTest, isShapedToThePillWithoutACompositorAndToNothingWhileHidden) {
+    EXPECT_TRUE(shape().isEmpty());
     overlay->setActive(true);
-    ASSERT_TRUE(becomesVisible());
-    EXPECT_FALSE(effects.isTranslucent());
+    EXPECT_TRUE(waitUntil([this] { return hasShape(wholePill); }));
+    overlay->setActive(false);
+    EXPECT_TRUE(waitUntil([this] { return shape().isEmpty(); }));
+}
+
+TEST_F(PillOverlayTest, hasItsWholeWindowAsLongAsThereIsACompositor) {
+    overlay->setActive(true);
+    ASSERT_TRUE(waitUntil([this] { return hasShape(wholePill); }));
     {
         const test::Compositor compositor(test::widgetTestDisplay());
-        EXPECT_TRUE(waitUntil([this] { return effects.isTranslucent(); }));
-        EXPECT_TRUE(overlay->window().isVisible());
+        EXPECT_TRUE(waitUntil([this] { return hasShape(QRegion(0, 0, 340, 110)); }));
     }
-    EXPECT_TRUE(waitUntil([this] { return !effects.isTranslucent(); }));
+    EXPECT_TRUE(waitUntil([this] { return hasShape(wholePill); }));
 }
 
 }  // namespace

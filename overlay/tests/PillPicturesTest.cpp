@@ -5,7 +5,6 @@
 #include "overlay/PillGeometry.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QImage>
 #include <QPainter>
 
@@ -116,17 +115,19 @@ const Picture wordsOnLight{"words-light-double", withWords(shown(0.1, 3)), PillB
 
 INSTANTIATE_TEST_SUITE_P(
     Table, PillPictures,
-    testing::Values(fullOnDark, wordsOnLight,
-                    Picture{"full-light", shown(0.8, 10), PillBackground::clear, lightPage, 1},
-                    Picture{"full-dark-double", shown(0.8, 10), PillBackground::clear, darkPage, 2},
-                    Picture{"minimal-silent-light", minimal(shown(0, 0)), PillBackground::clear,
-                            lightPage, 1},
-                    Picture{"minimal-loud-dark-double", minimal(shown(1, 21)),
-                            PillBackground::clear, darkPage, 2},
-                    Picture{"appearing-light", appearing(shown(0.5, 4), 0.4), PillBackground::clear,
-                            lightPage, 1},
-                    Picture{"blurred-light", shown(0.6, 7), PillBackground::blurred, lightPage, 1},
-                    Picture{"no-compositor", shown(0.6, 7), PillBackground::black, Qt::black, 1}),
+    testing::Values(
+        fullOnDark, wordsOnLight,
+        Picture{"full-light", shown(0.8, 10), PillBackground::clear, lightPage, 1},
+        Picture{"full-dark-double", shown(0.8, 10), PillBackground::clear, darkPage, 2},
+        Picture{"full-light-1-25", shown(0.8, 10), PillBackground::clear, lightPage, 1.25},
+        Picture{"full-dark-1-5", shown(0.8, 10), PillBackground::clear, darkPage, 1.5},
+        Picture{"minimal-silent-light", minimal(shown(0, 0)), PillBackground::clear, lightPage, 1},
+        Picture{"minimal-loud-dark-double", minimal(shown(1, 21)), PillBackground::clear, darkPage,
+                2},
+        Picture{"appearing-light", appearing(shown(0.5, 4), 0.4), PillBackground::clear, lightPage,
+                1},
+        Picture{"blurred-light", shown(0.6, 7), PillBackground::blurred, lightPage, 1},
+        Picture{"no-compositor", shown(0.6, 7), PillBackground::black, Qt::black, 1}),
     [](const auto& row) {
         std::string name = row.param.name;
         std::replace(name.begin(), name.end(), '-', '_');
@@ -160,6 +161,30 @@ TEST(PillPictureComparison, seesAnotherFigure) {
     Picture other = wordsOnLight;
     other.pill.wpmDisplay = 138;
     EXPECT_GT(differentPixels(paint(other), paint(wordsOnLight)), toleratedPixels);
+}
+
+TEST(PillPicture, leavesNothingOfTheShadowAtTheEdge) {
+    const QImage image = paint(wordsOnLight);
+    for (int y = 0; y < image.height(); ++y)
+        EXPECT_LE(difference(image.pixel(image.width() - 1, y), lightPage.rgb()), 2) << y;
+}
+
+QImage paintBackdrop(double scale, double presence) {
+    Picture hidden = fullOnDark;
+    hidden.scale = scale;
+    hidden.pill.presence = 0;
+    QImage image = paint(hidden);
+    QPainter painter(&image);
+    PillBackdrop().paint(
+        painter, {.minimal = false, .background = PillBackground::clear, .presence = presence});
+    return image;
+}
+
+TEST(PillBackdrop, isTheSameKeptAndDrawnAtEveryScale) {
+    for (const double scale : {1.0, 1.25, 1.5, 2.0})
+        EXPECT_LE(differentPixels(paintBackdrop(scale, 1), paintBackdrop(scale, 0.9989)),
+                  toleratedPixels)
+            << scale;
 }
 
 TEST(PillPicture, isAlwaysThatOfTheNewestLook) {

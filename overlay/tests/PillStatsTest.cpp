@@ -4,6 +4,9 @@
 #include <QImage>
 #include <QPainter>
 
+#include <algorithm>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 namespace sayloft {

@@ -229,6 +229,7 @@ TEST_F(NotifierFreedesktopTest, showsOnTheNextBusWhatTheUserHasNotSeen) {
     startDaemon();
     show(a);
     ASSERT_TRUE(isNotified());
+    settle();
     m_daemon.reset();
     m_bus.kill();
     ASSERT_TRUE(test::waitUntil([this] { return !m_connection.bus(); }));

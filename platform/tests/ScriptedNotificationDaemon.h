@@ -3,6 +3,7 @@
 
 #include "tests/support/SessionBus.h"
 
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDBusMessage>
@@ -24,7 +25,12 @@ public:
         if (!m_connection.registerService(name()))
             throw std::runtime_error("the name is taken");
     }
-    ~ScriptedNotificationDaemon() override { QDBusConnection::disconnectFromBus(m_name); }
+    // WORKAROUND: a call of Qt 6.4 that was not delivered refuses itself over its connection, which
+    // must still be there.
+    ~ScriptedNotificationDaemon() override {
+        QCoreApplication::removePostedEvents(this);
+        QDBusConnection::disconnectFromBus(m_name);
+    }
     ScriptedNotificationDaemon(const ScriptedNotificationDaemon&) = delete;
     ScriptedNotificationDaemon& operator=(const ScriptedNotificationDaemon&) = delete;
 

@@ -2,6 +2,7 @@
 #include "platform/linux/WindowEffectsX11.h"
 
 #include "platform/linux/XcbHandles.h"
+#include "tests/support/BoundingShape.h"
 #include "tests/support/Compositor.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/WidgetTest.h"
@@ -9,9 +10,9 @@
 #include <QRegion>
 #include <QWidget>
 
-#include <xcb/shape.h>
-
+#include <cstdint>
 #include <optional>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -46,22 +47,10 @@ protected:
         ASSERT_TRUE(waitUntil([this] { return m_effects.blurs(); }));
     }
 
-    /// What others see of the window; waits until the program's requests have been done.
-    [[nodiscard]] QRegion shape() const {
-        static_cast<void>(m_effects.blurs());
-        const XcbOwned<xcb_shape_get_rectangles_reply_t> reply(xcb_shape_get_rectangles_reply(
-            m_observer.get(),
-            xcb_shape_get_rectangles(m_observer.get(), windowId(), XCB_SHAPE_SK_BOUNDING),
-            nullptr));
-        QRegion region;
-        const auto* rects = xcb_shape_get_rectangles_rectangles(reply.get());
-        for (int i = 0; i < xcb_shape_get_rectangles_rectangles_length(reply.get()); ++i)
-            region += QRect(rects[i].x, rects[i].y, rects[i].width, rects[i].height);
-        return region;
-    }
+    /// What others see of the window.
+    [[nodiscard]] QRegion shape() const { return test::boundingShape(m_observer.get(), window()); }
 
     [[nodiscard]] std::vector<std::uint32_t> blurProperty() const {
-        static_cast<void>(m_effects.blurs());
         const XcbOwned<xcb_get_property_reply_t> reply(
             xcb_get_property_reply(m_observer.get(),
                                    xcb_get_property(m_observer.get(), 0, windowId(), m_blurAtom,
@@ -110,21 +99,23 @@ TEST_F(WindowEffectsX11Test, blursOnlyWhereTheCompositorSaysSo) {
 TEST_F(WindowEffectsX11Test, leavesOfAWindowWhatIsInTheShape) {
     const QRegion corners = QRegion(0, 0, 10, 10) + QRect(90, 40, 10, 10);
     m_effects.setShape(window(), corners);
-    EXPECT_EQ(shape(), corners);
+    EXPECT_TRUE(waitUntil([&] { return shape() == corners; }));
     m_effects.setShape(window(), {});
-    EXPECT_TRUE(shape().isEmpty());
+    EXPECT_TRUE(waitUntil([this] { return shape().isEmpty(); }));
 }
 
 TEST_F(WindowEffectsX11Test, namesTheRegionToBlurInPixels) {
     m_effects.blurBehind(window(), QRegion(1, 2, 30, 4) + QRect(5, 10, 6, 7));
-    EXPECT_EQ(blurProperty(), (std::vector<std::uint32_t>{1, 2, 30, 4, 5, 10, 6, 7}));
+    const std::vector<std::uint32_t> expected{1, 2, 30, 4, 5, 10, 6, 7};
+    EXPECT_TRUE(waitUntil([&] { return blurProperty() == expected; }));
 }
 
 // A property without rectangles would blur the whole window.
 TEST_F(WindowEffectsX11Test, blursNothingOfAnEmptyRegion) {
     m_effects.blurBehind(window(), QRegion(1, 2, 30, 4));
+    ASSERT_TRUE(waitUntil([this] { return !blurProperty().empty(); }));
     m_effects.blurBehind(window(), {});
-    EXPECT_TRUE(blurProperty().empty());
+    EXPECT_TRUE(waitUntil([this] { return blurProperty().empty(); }));
 }
 
 }  // namespace

@@ -12,16 +12,12 @@
 namespace sayloft::test {
 namespace {
 
-QStringList arguments(const QString& file) {
+QStringList arguments(const QString& file, const QString& colour) {
     // \033[?1000h turns the reports of mouse buttons on.
     const QString record = QStringLiteral("stty raw -echo; printf '\\033[?1000h'; cat > '%1'");
-    return {QStringLiteral("-fullscreen"),
-            QStringLiteral("-bg"),
-            QStringLiteral("white"),
-            QStringLiteral("-e"),
-            QStringLiteral("sh"),
-            QStringLiteral("-c"),
-            record.arg(file)};
+    return {
+        QStringLiteral("-fullscreen"), QStringLiteral("-bg"), colour,          QStringLiteral("-e"),
+        QStringLiteral("sh"),          QStringLiteral("-c"),  record.arg(file)};
 }
 
 FocusedWindow focused() {
@@ -31,9 +27,9 @@ FocusedWindow focused() {
 
 }  // namespace
 
-FullScreenTerminal::FullScreenTerminal(const XServer& server)
+FullScreenTerminal::FullScreenTerminal(const XServer& server, const QString& colour)
     : m_focusedBefore(focused().window),
-      m_program(QStringLiteral("xterm"), arguments(m_file), server.environment()) {
+      m_program(QStringLiteral("xterm"), arguments(m_file, colour), server.environment()) {
     if (!waitUntil([this] { return QFile::exists(m_file) && hasTheFocus(); }))
         throw std::runtime_error("xterm did not come up");
 }

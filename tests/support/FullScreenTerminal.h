@@ -10,11 +10,12 @@
 
 namespace sayloft::test {
 
-/// A white xterm that fills the screen and has the focus when the constructor returns; needs a
-/// window manager. A program in it asks for the mouse and keeps what it is told.
+/// An xterm of one colour that fills the screen and has the focus when the constructor returns;
+/// needs a window manager. A program in it asks for the mouse and keeps what it is told.
 class FullScreenTerminal {
 public:
-    explicit FullScreenTerminal(const XServer& server);
+    explicit FullScreenTerminal(const XServer& server,
+                                const QString& colour = QStringLiteral("white"));
 
     /// What the program in it has been sent so far, as terminals report clicks and keys.
     [[nodiscard]] QByteArray received() const;
