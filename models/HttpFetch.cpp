@@ -9,7 +9,7 @@
 namespace sayloft {
 namespace {
 
-constexpr long bufferSize = 256 * 1024;
+constexpr long bufferSize = 256L * 1024;
 
 CurlList curlList(const QList<QByteArray>& lines) {
     CurlList list;
