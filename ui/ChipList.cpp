@@ -2,6 +2,7 @@
 #include "ui/ChipList.h"
 
 #include "ui/FlowLayout.h"
+#include "ui/GlyphText.h"
 #include "ui/KeyNames.h"
 
 #include <QPushButton>
@@ -39,7 +40,9 @@ void ChipList::setChords(const std::vector<std::int64_t>& chords) {
 
 void ChipList::setCapture(Capture capture) {
     const bool isHere = capture == Capture::here;
-    m_add->setText(isHere ? QStringLiteral("Press a combo…") : QStringLiteral("＋ Add combo"));
+    m_add->setText(isHere ? QStringLiteral("Press a combo…")
+                          : displayable(QStringLiteral("＋ Add combo"),
+                                        QStringLiteral("+ Add combo"), m_add->font()));
     m_add->setAccessibleName(
         (isHere ? QStringLiteral("Press a combo for ") : QStringLiteral("Add combo to ")) + m_name);
     m_add->setEnabled(capture != Capture::elsewhere);
@@ -55,8 +58,9 @@ void ChipList::provideChip(std::size_t index, std::int64_t chord) {
 }
 
 void ChipList::insertChip(std::size_t index, std::int64_t chord) {
-    auto* chip = new QPushButton(Mods(chord).name() + QStringLiteral("  ✕"));
     const QString keys = keyNames(Mods(chord));
+    auto* chip = new QPushButton(displayable(Mods(chord).name(), keys, font()) +
+                                 displayable(QStringLiteral("  ✕"), QStringLiteral("  ×"), font()));
     chip->setAutoDefault(false);
     chip->setToolTip(keys + QStringLiteral(" – click to remove"));
     chip->setAccessibleName(QStringLiteral("Remove ") + keys + QStringLiteral(" from ") + m_name);

@@ -4,6 +4,7 @@
 #include "models/ModelCatalogue.h"
 #include "ui/ElidingLabel.h"
 #include "ui/SmallButton.h"
+#include "ui/SteadyLabel.h"
 #include "ui/TextLook.h"
 
 #include <QHBoxLayout>
@@ -13,10 +14,14 @@
 namespace sayloft {
 namespace {
 
+const QString onDiskMark = QStringLiteral("✓");
+const QString absentMark = QStringLiteral("○");
+
 constexpr int rowWidth = 400;
 constexpr int rowSpacing = 10;
 constexpr int stateSpacing = 6;
 constexpr int barWidth = 90;
+constexpr int barHeight = 12;
 /// Of the bar, which counts in whole numbers.
 constexpr int barSteps = 1000;
 
@@ -24,19 +29,28 @@ constexpr int barSteps = 1000;
 
 ModelRow::ModelRow(const ModelInfo& model)
     : m_isBundled(model.url.isEmpty()),
-      m_mark(new QLabel),
+      m_mark(new SteadyLabel({onDiskMark, absentMark})),
       m_markLook(new TextLook(m_mark, {.weight = QFont::Bold, .role = TextRole::tertiary})),
       m_bar(new QProgressBar),
-      m_percent(new QLabel),
+      m_percent(new SteadyLabel({QStringLiteral("100%")})),
       m_progress(makeProgress(model.label)),
       m_active(new QLabel(QStringLiteral("Active"))),
       m_download(new SmallButton(QStringLiteral("Download"))),
       m_use(new SmallButton(QStringLiteral("Use"))),
       m_delete(new SmallButton(QStringLiteral("Delete"))) {
-    auto* name = new ElidingLabel(model.label);
-    new TextLook(name, {.size = 12});
     new TextLook(m_active, {.size = 11, .weight = QFont::Medium, .role = TextRole::secondary});
-    setMinimumWidth(rowWidth);
+    layOut(model.label);
+    describe(model.label);
+    connect(m_download, &QPushButton::clicked, this, &ModelRow::useOrDownload);
+    connect(m_use, &QPushButton::clicked, this, &ModelRow::useOrDownload);
+    connect(m_delete, &QPushButton::clicked, this, &ModelRow::deleteRequested);
+    setOnDisk(false);
+    setState(State::missing);
+}
+
+void ModelRow::layOut(const QString& label) {
+    auto* name = new ElidingLabel(label);
+    new TextLook(name, {.size = 12});
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(rowSpacing);
@@ -48,12 +62,6 @@ ModelRow::ModelRow(const ModelInfo& model)
          std::initializer_list<QWidget*>{m_progress, m_active, m_download, m_use, m_delete})
         states->addWidget(state);
     row->addLayout(states);
-    connect(m_download, &QPushButton::clicked, this, &ModelRow::useOrDownload);
-    connect(m_use, &QPushButton::clicked, this, &ModelRow::useOrDownload);
-    connect(m_delete, &QPushButton::clicked, this, &ModelRow::deleteRequested);
-    describe(model.label);
-    setOnDisk(false);
-    setState(State::missing);
 }
 
 QWidget* ModelRow::makeProgress(const QString& label) {
@@ -62,7 +70,7 @@ QWidget* ModelRow::makeProgress(const QString& label) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(stateSpacing);
     m_bar->setRange(0, barSteps);
-    m_bar->setFixedWidth(barWidth);
+    m_bar->setFixedSize(barWidth, barHeight);
     m_bar->setTextVisible(false);
     m_bar->setAccessibleName(QStringLiteral("Download of ") + label);
     new TextLook(
@@ -87,8 +95,16 @@ void ModelRow::describe(const QString& label) {
     m_delete->setAccessibleDescription(QStringLiteral("Removes the file of this model"));
 }
 
+QSize ModelRow::sizeHint() const {
+    return QWidget::sizeHint().expandedTo({rowWidth, m_download->sizeHint().height()});
+}
+
+QSize ModelRow::minimumSizeHint() const {
+    return QWidget::minimumSizeHint().expandedTo({rowWidth, m_download->sizeHint().height()});
+}
+
 void ModelRow::setOnDisk(bool isOnDisk) {
-    m_mark->setText(isOnDisk ? QStringLiteral("✓") : QStringLiteral("○"));
+    m_mark->setText(isOnDisk ? onDiskMark : absentMark);
     m_mark->setAccessibleName(isOnDisk ? QStringLiteral("Downloaded")
                                        : QStringLiteral("Not downloaded"));
     m_markLook->setRole(isOnDisk ? TextRole::good : TextRole::tertiary);

@@ -21,6 +21,10 @@ public:
 
     explicit ModelRow(const ModelInfo& model);
 
+    /// The same whatever the row shows, so that nothing moves when a download begins.
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
     void setOnDisk(bool isOnDisk);
     void setState(State state);
     /// How far the download is, 0 to 1.
@@ -32,6 +36,7 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QWidget* makeProgress(const QString& label);
+    void layOut(const QString& label);
     void describe(const QString& label);
 
     bool m_isBundled;

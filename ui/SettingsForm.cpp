@@ -40,10 +40,20 @@ QComboBox* popUp() {
     return popUp;
 }
 
-QLayout* centred(QLayout* content) {
+void addTo(QBoxLayout& row, QLayout* content) {
+    row.addLayout(content);
+}
+
+void addTo(QBoxLayout& row, QWidget* content) {
+    row.addWidget(content);
+}
+
+/// An alignment would do as well, but for content that is higher where it is narrower.
+template <typename Content>
+QLayout* centred(Content* content) {
     auto* row = new QHBoxLayout;
     row->addStretch();
-    row->addLayout(content);
+    addTo(*row, content);
     row->addStretch();
     return row;
 }
@@ -90,7 +100,7 @@ SettingsForm::SettingsForm()
     auto* form = new QVBoxLayout;
     form->setSpacing(blockSpacing);
     form->addLayout(centred(grid));
-    form->addWidget(helpLabel(), 0, Qt::AlignHCenter);
+    form->addLayout(centred(helpLabel()));
     form->addWidget(resetButton, 0, Qt::AlignHCenter);
     auto* content = new QVBoxLayout(this);
     content->setContentsMargins(margin, margin, margin, margin);

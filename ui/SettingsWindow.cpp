@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/SettingsWindow.h"
 
+#include "ui/TextLook.h"
+
 #include <QEvent>
 #include <QScreen>
 #include <QScrollBar>
@@ -49,7 +51,9 @@ void SettingsWindow::bringToFront() {
 bool SettingsWindow::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate)
         Q_EMIT becameKey();
-    return QScrollArea::event(event);
+    const bool isHandled = QScrollArea::event(event);
+    TextLook::followDesktop(*this, *event);
+    return isHandled;
 }
 
 bool SettingsWindow::eventFilter(QObject* watched, QEvent* event) {
@@ -64,7 +68,7 @@ void SettingsWindow::closeEvent(QCloseEvent* event) {
 }
 
 QSize SettingsWindow::wantedSize() const {
-    const QSize least = widget()->minimumSizeHint();
+    const QSize least = widget()->sizeHint();
     const int width = std::max(usualSize.width(), least.width());
     const int height = widget()->hasHeightForWidth() ? widget()->heightForWidth(width)
                                                      : widget()->sizeHint().height();

@@ -3,8 +3,6 @@
 
 #include "ui/TextLook.h"
 
-#include <algorithm>
-
 namespace sayloft {
 
 SmallButton::SmallButton(const QString& title) : QPushButton(title) {
@@ -14,9 +12,8 @@ SmallButton::SmallButton(const QString& title) : QPushButton(title) {
 }
 
 QSize SmallButton::sizeHint() const {
-    const QSize usual = QPushButton::sizeHint();
-    const int tight = fontMetrics().horizontalAdvance(text()) + usual.height();
-    return {std::min(usual.width(), tight), usual.height()};
+    const int height = QPushButton::sizeHint().height();
+    return {fontMetrics().horizontalAdvance(text()) + height, height};
 }
 
 }  // namespace sayloft

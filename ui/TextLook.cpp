@@ -43,7 +43,6 @@ QFont fontFor(const TextStyle& style, const QFont& desktopFont) {
 
 TextLook::TextLook(QWidget* widget, const TextStyle& style)
     : QObject(widget), m_widget(widget), m_style(style) {
-    widget->installEventFilter(this);
     applyFont();
     applyColour();
 }
@@ -55,12 +54,13 @@ void TextLook::setRole(TextRole role) {
     applyColour();
 }
 
-bool TextLook::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() == QEvent::ApplicationFontChange)
-        applyFont();
-    else if (event->type() == QEvent::ApplicationPaletteChange)
-        applyColour();
-    return QObject::eventFilter(watched, event);
+// Only windows are told about the desktop.
+void TextLook::followDesktop(const QWidget& window, const QEvent& event) {
+    const bool isFont = event.type() == QEvent::ApplicationFontChange;
+    if (!isFont && event.type() != QEvent::ApplicationPaletteChange)
+        return;
+    for (TextLook* const look : window.findChildren<TextLook*>())
+        isFont ? look->applyFont() : look->applyColour();
 }
 
 void TextLook::applyFont() {

@@ -22,15 +22,18 @@ struct TextStyle {
 /// own font is smaller than that.
 [[nodiscard]] QFont fontFor(const TextStyle& style, const QFont& desktopFont);
 
-/// Gives a widget a look, and again whenever the desktop changes its font or colours. Belongs to
-/// the widget.
+/// Gives a widget a look, and belongs to it.
 class TextLook : public QObject {
+    Q_OBJECT
+
 public:
     TextLook(QWidget* widget, const TextStyle& style);
 
     void setRole(TextRole role);
 
-    bool eventFilter(QObject* watched, QEvent* event) override;
+    /// To be called for every event of a window: gives what is in it its looks again when the
+    /// desktop has another font or other colours.
+    static void followDesktop(const QWidget& window, const QEvent& event);
 
 private:
     void applyFont();

@@ -28,8 +28,9 @@ void ValueField::endEditing() {
 
 QSize ValueField::sizeHint() const {
     constexpr int width = 64;
-    const int textWidth = fontMetrics().horizontalAdvance(QStringLiteral("00000 ms"));
-    return {std::max(width, textWidth + fontMetrics().height()), QLineEdit::sizeHint().height()};
+    const int textWidth = fontMetrics().horizontalAdvance(QStringLiteral("0000 ms"));
+    return {std::max(width, textWidth + fontMetrics().height() / 2),
+            QLineEdit::sizeHint().height()};
 }
 
 }  // namespace sayloft
