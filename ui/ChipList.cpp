@@ -4,8 +4,7 @@
 #include "ui/FlowLayout.h"
 #include "ui/GlyphText.h"
 #include "ui/KeyNames.h"
-
-#include <QPushButton>
+#include "ui/RoomyButton.h"
 
 #include <algorithm>
 #include <utility>
@@ -18,10 +17,9 @@ constexpr int spacing = 8;
 }  // namespace
 
 ChipList::ChipList(QString name)
-    : m_name(std::move(name)), m_flow(new FlowLayout(spacing)), m_add(new QPushButton) {
+    : m_name(std::move(name)), m_flow(new FlowLayout(spacing)), m_add(new RoomyButton) {
     setLayout(m_flow);
     m_flow->insertWidget(0, m_add);
-    m_add->setAutoDefault(false);
     m_add->setAccessibleDescription(
         QStringLiteral("Records the modifier keys that you press and release next"));
     connect(m_add, &QPushButton::clicked, this, &ChipList::addRequested);
@@ -59,9 +57,8 @@ void ChipList::provideChip(std::size_t index, std::int64_t chord) {
 
 void ChipList::insertChip(std::size_t index, std::int64_t chord) {
     const QString keys = keyNames(Mods(chord));
-    auto* chip = new QPushButton(displayable(Mods(chord).name(), keys, font()) +
+    auto* chip = new RoomyButton(displayable(Mods(chord).name(), keys, font()) +
                                  displayable(QStringLiteral("  ✕"), QStringLiteral("  ×"), font()));
-    chip->setAutoDefault(false);
     chip->setToolTip(keys + QStringLiteral(" – click to remove"));
     chip->setAccessibleName(QStringLiteral("Remove ") + keys + QStringLiteral(" from ") + m_name);
     chip->setAccessibleDescription(QStringLiteral("Holding these keys starts a dictation"));

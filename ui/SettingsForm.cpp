@@ -5,6 +5,7 @@
 #include "ui/ChipList.h"
 #include "ui/ModelRow.h"
 #include "ui/PermissionRow.h"
+#include "ui/RoomyButton.h"
 #include "ui/TextLook.h"
 #include "ui/TimingRow.h"
 
@@ -77,7 +78,7 @@ SettingsForm::SettingsForm()
       micPopup(popUp()),
       boostCheck(new QCheckBox(QStringLiteral("Boost quiet microphone"))),
       clipboardCheck(new QCheckBox(QStringLiteral("Leave transcript in clipboard"))),
-      dictBtn(new QPushButton(QStringLiteral("Edit dictionary…"))),
+      dictBtn(new RoomyButton(QStringLiteral("Edit dictionary…"))),
       loginCheck(new QCheckBox(QStringLiteral("Launch Sayloft at login"))),
       soundCheck(new QCheckBox(QStringLiteral("Play start / stop sound"))),
       stylePopup(popUp()),
@@ -90,7 +91,7 @@ SettingsForm::SettingsForm()
       hold(new TimingRow({.name = QStringLiteral("Show after release"),
                           .meaning = QStringLiteral("How long the pill stays afterwards")},
                          holdTiming())),
-      resetButton(new QPushButton(QStringLiteral("Reset to defaults"))) {
+      resetButton(new RoomyButton(QStringLiteral("Reset to defaults"))) {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(columnSpacing);
     grid->setVerticalSpacing(rowSpacing);

@@ -10,9 +10,6 @@
 #include <QDir>
 #include <QMessageBox>
 #include <QPixmap>
-#include <QProcess>
-#include <QStyle>
-#include <QStyleFactory>
 
 #include <functional>
 
@@ -83,19 +80,23 @@ void takeAll(const QString& prefix) {
     });
 }
 
+void useFontOf(double points) {
+    QFont font = QApplication::font();
+    font.setPointSizeF(points);
+    QApplication::setFont(font);
+}
+
 void takeInAllLooks(const QString& directory) {
     const QString prefix = directory + QStringLiteral("/settings-");
     const QPalette light = QApplication::palette();
-    const QFont font = QApplication::font();
     takeAll(prefix + QStringLiteral("light-"));
     QApplication::setPalette(darkPalette());
     takeAll(prefix + QStringLiteral("dark-"));
     QApplication::setPalette(light);
-    QFont large = font;
-    large.setPointSizeF(font.pointSizeF() * 1.8);
-    QApplication::setFont(large);
+    useFontOf(11);
+    takeAll(prefix + QStringLiteral("usual-font-"));
+    useFontOf(16);
     takeAll(prefix + QStringLiteral("large-font-"));
-    QApplication::setFont(font);
 }
 
 }  // namespace
