@@ -17,8 +17,8 @@ QSize ElidingLabel::minimumSizeHint() const {
 
 void ElidingLabel::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    style()->drawItemText(&painter, contentsRect(),
-                          QStyle::visualAlignment(layoutDirection(), alignment()), palette(),
+    const auto visual = QStyle::visualAlignment(layoutDirection(), alignment());
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(visual), palette(),
                           isEnabled(), elided(), foregroundRole());
 }
 

@@ -11,6 +11,9 @@
 #include <QLabel>
 #include <QProgressBar>
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace sayloft {
 namespace {
 
@@ -31,6 +34,7 @@ ModelRow::ModelRow(const ModelInfo& model)
     : m_isBundled(model.url.isEmpty()),
       m_mark(new SteadyLabel({onDiskMark, absentMark})),
       m_markLook(new TextLook(m_mark, {.weight = QFont::Bold, .role = TextRole::tertiary})),
+      m_name(new ElidingLabel(model.label)),
       m_bar(new QProgressBar),
       m_percent(new SteadyLabel({QStringLiteral("100%")})),
       m_progress(makeProgress(model.label)),
@@ -39,7 +43,7 @@ ModelRow::ModelRow(const ModelInfo& model)
       m_use(new SmallButton(QStringLiteral("Use"))),
       m_delete(new SmallButton(QStringLiteral("Delete"))) {
     new TextLook(m_active, {.size = 11, .weight = QFont::Medium, .role = TextRole::secondary});
-    layOut(model.label);
+    layOut();
     describe(model.label);
     connect(m_download, &QPushButton::clicked, this, &ModelRow::useOrDownload);
     connect(m_use, &QPushButton::clicked, this, &ModelRow::useOrDownload);
@@ -48,14 +52,13 @@ ModelRow::ModelRow(const ModelInfo& model)
     setState(State::missing);
 }
 
-void ModelRow::layOut(const QString& label) {
-    auto* name = new ElidingLabel(label);
-    new TextLook(name, {.size = 12});
+void ModelRow::layOut() {
+    new TextLook(m_name, {.size = 12});
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(rowSpacing);
     row->addWidget(m_mark);
-    row->addWidget(name, 1);
+    row->addWidget(m_name, 1);
     auto* states = new QHBoxLayout;
     states->setSpacing(stateSpacing);
     for (QWidget* const state :
@@ -96,11 +99,17 @@ void ModelRow::describe(const QString& label) {
 }
 
 QSize ModelRow::sizeHint() const {
-    return QWidget::sizeHint().expandedTo({rowWidth, m_download->sizeHint().height()});
+    const auto widthOf = [](const QWidget* widget) { return widget->sizeHint().width(); };
+    int state = std::max(widthOf(m_download), widthOf(m_use));
+    if (!m_isBundled)
+        state = std::max(
+            {state, widthOf(m_progress), widthOf(m_use) + stateSpacing + widthOf(m_delete)});
+    const int width = widthOf(m_mark) + rowSpacing + widthOf(m_name) + rowSpacing + state;
+    return {std::max(rowWidth, width), m_download->sizeHint().height()};
 }
 
 QSize ModelRow::minimumSizeHint() const {
-    return QWidget::minimumSizeHint().expandedTo({rowWidth, m_download->sizeHint().height()});
+    return {rowWidth, m_download->sizeHint().height()};
 }
 
 void ModelRow::setOnDisk(bool isOnDisk) {

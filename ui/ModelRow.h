@@ -36,12 +36,13 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] QWidget* makeProgress(const QString& label);
-    void layOut(const QString& label);
+    void layOut();
     void describe(const QString& label);
 
     bool m_isBundled;
     QLabel* m_mark;
     TextLook* m_markLook;
+    QLabel* m_name;
     QProgressBar* m_bar;
     QLabel* m_percent;
     QWidget* m_progress;

@@ -44,15 +44,22 @@ OpenedSettings::~OpenedSettings() {
         app->applicationWillTerminate();
 }
 
-void OpenedSettings::open(const QByteArray& config) {
+void OpenedSettings::prepare(const QByteArray& config) {
     writeFile(Config::url(), config);
     app = std::make_unique<AppDelegate>(fakes.platform());
     app->statusItem = std::make_unique<FakeStatusItem>(seen);
     app->overlay = std::make_unique<FakeOverlay>(seen);
-    auto windows = std::make_unique<AppWindows>(*app);
-    windows->openSettings();
-    window = &windows->settingsWC->window();
-    app->windows = std::move(windows);
+    app->windows = std::make_unique<AppWindows>(*app);
+}
+
+void OpenedSettings::findWindow() {
+    window = &dynamic_cast<AppWindows&>(*app->windows).settingsWC->window();
+}
+
+void OpenedSettings::open(const QByteArray& config) {
+    prepare(config);
+    app->openSettings();
+    findWindow();
     if (!waitUntil([this] { return window->isActiveWindow(); }))
         throw std::runtime_error("the settings window did not come up");
     seen.clear();

@@ -29,6 +29,10 @@ public:
 
     /// `config` is what the file holds; models and devices are there already.
     void open(const QByteArray& config = "{}");
+    /// The controller alone, with no window yet.
+    void prepare(const QByteArray& config);
+    /// Once the controller has been told to open it.
+    void findWindow();
 
     static void provideModel(const QString& key);
     [[nodiscard]] static bool hasModel(const QString& key);

@@ -4,6 +4,7 @@
 #include "tests/support/WaitUntil.h"
 #include "ui/tests/SettingsFixture.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -178,11 +179,20 @@ TEST_F(SettingsModels, takeAPressDuringADownloadWhateverIsRefreshed) {
 }
 
 TEST_F(SettingsModels, moveNothingWhenADownloadBegins) {
+    const QFont font = QApplication::font();
+    QFont large = font;
+    large.setPointSizeF(font.pointSizeF() * 1.3);
+    QApplication::setFont(large);
     open();
-    const QPoint before = get<QPushButton>(QStringLiteral("Reset to defaults")).pos();
-    ASSERT_TRUE(beginSlowDownload(english));
+    const auto placeOfChips = [this] {
+        const auto& add = get<QPushButton>(QStringLiteral("Add combo to Dictate"));
+        return add.mapTo(window, QPoint());
+    };
+    const QPoint before = placeOfChips();
+    EXPECT_TRUE(beginSlowDownload(english));
     test::turnEventLoopFor(std::chrono::milliseconds(20));
-    EXPECT_EQ(get<QPushButton>(QStringLiteral("Reset to defaults")).pos(), before);
+    EXPECT_EQ(placeOfChips(), before);
+    QApplication::setFont(font);
 }
 
 }  // namespace
