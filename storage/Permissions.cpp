@@ -4,6 +4,8 @@
 #include "platform/AudioInput.h"
 #include "platform/PrivacySettings.h"
 
+#include <utility>
+
 namespace sayloft {
 
 Permissions::Permissions(AudioInput& audioInput, PrivacySettings& privacy)
@@ -20,6 +22,12 @@ bool Permissions::micGranted() const {
 void Permissions::requestMicIfNotDetermined() {
     if (m_audioInput.authorization() == AudioInput::Authorization::notDetermined)
         m_audioInput.requestAccess([](bool) {});
+}
+
+void Permissions::grantMic(std::function<void()> answered) {
+    if (m_audioInput.authorization() != AudioInput::Authorization::notDetermined)
+        return openPrivacyPane(QStringLiteral("Privacy_Microphone"));
+    m_audioInput.requestAccess([answered = std::move(answered)](bool) { answered(); });
 }
 
 void Permissions::openPrivacyPane(const QString& anchor) {

@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace sayloft {
 
 class AudioInput;
@@ -19,6 +21,10 @@ public:
 
     /// Asks for the microphone where that question was never answered.
     void requestMicIfNotDetermined();
+
+    /// Asks for the microphone where that question was never answered, and calls `answered` on the
+    /// main thread; else opens the settings in which the answer can be changed.
+    void grantMic(std::function<void()> answered);
 
     /// `anchor` is "Privacy_Accessibility" or "Privacy_Microphone"; one that makes no valid address
     /// opens nothing.

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#include "ui/PermissionRow.h"
+
+#include "ui/SmallButton.h"
+#include "ui/TextLook.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+namespace sayloft {
+namespace {
+
+constexpr int statusWidth = 110;
+constexpr int spacing = 10;
+
+}  // namespace
+
+PermissionRow::PermissionRow(const Texts& texts)
+    : m_name(texts.name),
+      m_status(new QLabel),
+      m_statusLook(new TextLook(m_status, {.size = 12, .role = TextRole::warning})) {
+    auto* button = new SmallButton(QStringLiteral("Open Settings"));
+    button->setAccessibleName(QStringLiteral("Open Settings: ") + texts.name);
+    button->setAccessibleDescription(texts.meaning);
+    button->setToolTip(texts.meaning);
+    m_status->setMinimumWidth(statusWidth);
+    m_status->setToolTip(texts.meaning);
+    m_status->setAccessibleDescription(texts.meaning);
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(spacing);
+    row->addWidget(m_status);
+    row->addWidget(button);
+    row->addStretch();
+    connect(button, &QPushButton::clicked, this, &PermissionRow::openSettings);
+    setPermLabel(false);
+}
+
+void PermissionRow::setPermLabel(bool isGranted) {
+    const QString text = isGranted ? QStringLiteral("✓ Granted") : QStringLiteral("✕ Not granted");
+    m_status->setText(text);
+    m_status->setAccessibleName(m_name + QStringLiteral(": ") + text.mid(2));
+    m_statusLook->setRole(isGranted ? TextRole::good : TextRole::warning);
+}
+
+}  // namespace sayloft

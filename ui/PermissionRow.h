@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+class QLabel;
+
+namespace sayloft {
+
+class TextLook;
+
+/// Whether something is allowed, and the way to the settings of the system where it is decided.
+class PermissionRow : public QWidget {
+    Q_OBJECT
+
+public:
+    struct Texts {
+        QString name;
+        QString meaning;  ///< what is allowed, in a sentence
+    };
+
+    explicit PermissionRow(const Texts& texts);
+
+    void setPermLabel(bool isGranted);
+
+Q_SIGNALS:
+    void openSettings();
+
+private:
+    QString m_name;
+    QLabel* m_status;
+    TextLook* m_statusLook;
+};
+
+}  // namespace sayloft

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ui/FocusDropView.h"
+
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QGridLayout;
+class QPushButton;
+class QVBoxLayout;
+
+namespace sayloft {
+
+class ChipList;
+class ModelRow;
+class PermissionRow;
+class TimingRow;
+
+/// The controls of the settings window, at their places. They show nothing yet and do nothing.
+class SettingsForm : public FocusDropView {
+public:
+    SettingsForm();
+
+    PermissionRow* accessibility;
+    PermissionRow* microphone;
+    std::vector<ModelRow*> models;  ///< one for each in the catalogue, in the same order
+    ChipList* dictateChips;
+    ChipList* enterChips;
+    QComboBox* micPopup;
+    QCheckBox* boostCheck;
+    QCheckBox* clipboardCheck;
+    QPushButton* dictBtn;
+    QCheckBox* loginCheck;
+    QCheckBox* soundCheck;
+    QComboBox* stylePopup;
+    TimingRow* appear;
+    TimingRow* hide;
+    TimingRow* hold;
+    QPushButton* resetButton;
+
+private:
+    void fillGrid(QGridLayout& grid);
+    void describeControls();
+    [[nodiscard]] QWidget* modelList();
+    [[nodiscard]] static QWidget* helpLabel();
+};
+
+}  // namespace sayloft

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: MIT
+#include "ui/TextLook.h"
+
+#include "tests/support/WaitUntil.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QLabel>
+
+#include <gtest/gtest.h>
+
+namespace sayloft {
+namespace {
+
+/// Gives the application its font and colours back.
+class TextLookTest : public testing::Test {
+protected:
+    ~TextLookTest() override {
+        QApplication::setFont(m_font);
+        QApplication::setPalette(m_palette);
+    }
+
+    static QFont ofPoints(double points) {
+        QFont font = QApplication::font();
+        font.setPointSizeF(points);
+        return font;
+    }
+
+    const QFont m_font = QApplication::font();
+    const QPalette m_palette = QApplication::palette();
+};
+
+TEST_F(TextLookTest, scalesWithTheFontOfTheDesktop) {
+    EXPECT_DOUBLE_EQ(fontFor({.size = 13}, ofPoints(26)).pointSizeF(), 26);
+    EXPECT_DOUBLE_EQ(fontFor({.size = 11}, ofPoints(26)).pointSizeF(), 22);
+}
+
+TEST_F(TextLookTest, isNeverSmallerThanItsSizeInPixels) {
+    EXPECT_DOUBLE_EQ(fontFor({.size = 11}, ofPoints(9)).pointSizeF(), 8.25);
+}
+
+TEST_F(TextLookTest, isNeverLargerThanTheFontOfTheDesktop) {
+    EXPECT_DOUBLE_EQ(fontFor({.size = 11}, ofPoints(7)).pointSizeF(), 7);
+}
+
+TEST_F(TextLookTest, keepsSizesThatAreGivenInPixels) {
+    QFont font = QApplication::font();
+    font.setPixelSize(26);
+    EXPECT_EQ(fontFor({.size = 11}, font).pixelSize(), 22);
+}
+
+TEST_F(TextLookTest, hasDigitsOfOneWidthWhereThatIsAskedFor) {
+    QFont font = fontFor({.digits = TextStyle::Digits::equallyWide},
+                         QFont(QStringLiteral("URW Bookman"), 20));
+    const QFontMetricsF metrics(font);
+    EXPECT_DOUBLE_EQ(metrics.horizontalAdvance(u'1'), metrics.horizontalAdvance(u'8'));
+}
+
+class Window : public QWidget {
+protected:
+    bool event(QEvent* event) override {
+        const bool isHandled = QWidget::event(event);
+        TextLook::followDesktop(*this, *event);
+        return isHandled;
+    }
+};
+
+TEST_F(TextLookTest, followsAChangeOfTheFont) {
+    Window window;
+    QLabel label(&window);
+    new TextLook(&label, {.size = 11});
+    QApplication::setFont(ofPoints(26));
+    EXPECT_TRUE(test::waitUntil([&] { return label.font().pointSizeF() == 22; }));
+}
+
+TEST_F(TextLookTest, followsAChangeToDark) {
+    Window window;
+    QLabel label(&window);
+    new TextLook(&label, {.role = TextRole::good});
+    const QPalette dark(QColor(40, 42, 46), QColor(40, 42, 46));
+    QApplication::setPalette(dark);
+    const QColor green = textColour(TextRole::good, dark);
+    EXPECT_TRUE(
+        test::waitUntil([&] { return label.palette().color(QPalette::WindowText) == green; }));
+}
+
+TEST_F(TextLookTest, followsAChangeOfTheRole) {
+    QLabel label;
+    auto* look = new TextLook(&label, {.role = TextRole::good});
+    look->setRole(TextRole::warning);
+    EXPECT_EQ(label.palette().color(QPalette::WindowText),
+              textColour(TextRole::warning, m_palette));
+}
+
+}  // namespace
+}  // namespace sayloft
