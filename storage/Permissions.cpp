@@ -4,6 +4,8 @@
 #include "platform/AudioInput.h"
 #include "platform/PrivacySettings.h"
 
+#include <utility>
+
 namespace sayloft {
 
 Permissions::Permissions(AudioInput& audioInput, PrivacySettings& privacy)
@@ -20,6 +22,22 @@ bool Permissions::micGranted() const {
 void Permissions::requestMicIfNotDetermined() {
     if (m_audioInput.authorization() == AudioInput::Authorization::notDetermined)
         m_audioInput.requestAccess([](bool) {});
+}
+
+void Permissions::grantMic(std::function<void()> answered) {
+    using Authorization = AudioInput::Authorization;
+    if (m_audioInput.authorization() != Authorization::notDetermined)
+        return openMicrophonePane();
+    m_audioInput.requestAccess([this, answered = std::move(answered)](bool) {
+        // Where nobody was there to be asked, such as a sound server, the pane says what helps.
+        if (m_audioInput.authorization() == Authorization::notDetermined)
+            openMicrophonePane();
+        answered();
+    });
+}
+
+void Permissions::openMicrophonePane() {
+    openPrivacyPane(QStringLiteral("Privacy_Microphone"));
 }
 
 void Permissions::openPrivacyPane(const QString& anchor) {

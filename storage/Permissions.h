@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <functional>
+
 namespace sayloft {
 
 class AudioInput;
@@ -20,11 +22,18 @@ public:
     /// Asks for the microphone where that question was never answered.
     void requestMicIfNotDetermined();
 
+    /// What a "Grant" for the microphone does: asks where that question was never answered, and
+    /// otherwise opens the pane. `answered` is called on the main thread once an answer is there,
+    /// and only where there was a question.
+    void grantMic(std::function<void()> answered);
+
     /// `anchor` is "Privacy_Accessibility" or "Privacy_Microphone"; one that makes no valid address
     /// opens nothing.
     void openPrivacyPane(const QString& anchor);
 
 private:
+    void openMicrophonePane();
+
     AudioInput& m_audioInput;
     PrivacySettings& m_privacy;
 };

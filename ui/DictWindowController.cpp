@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "ui/DictRow.h"
+#include "ui/DrawableText.h"
 #include "ui/PlainWindow.h"
 #include "ui/ScrolledRows.h"
 #include "ui/TextLabel.h"
@@ -36,7 +37,7 @@ DictWindowController::DictWindowController(AppDelegate& theApp)
     : app(&theApp),
       m_window(std::make_unique<QWidget>()),
       rows(new ScrolledRows(8)),
-      m_add(new QPushButton(QStringLiteral("＋ Add replacement"))) {
+      m_add(new QPushButton) {
     build();
     refresh();
     // The lower left corner of the space that panels leave.
@@ -67,7 +68,9 @@ void DictWindowController::build() {
     makePlainWindow(*m_window, content, {460, 380});
     m_window->setWindowTitle(QStringLiteral("Dictionary"));
     m_window->installEventFilter(this);
-    m_add->setAccessibleName(QStringLiteral("Add replacement"));
+    const QString add = QStringLiteral("＋ Add replacement");
+    m_add->setText(drawableText(add, m_add->font()));
+    m_add->setAccessibleName(add);
     m_add->setAccessibleDescription(QStringLiteral("Adds an empty row to the dictionary"));
     connect(m_add, &QPushButton::clicked, this, [this] { addPair(); });
 }

@@ -11,11 +11,12 @@
 namespace sayloft {
 
 constexpr int rowsAlwaysSeen = 3;
+constexpr int gapBeforeBar = 6;
 
 ScrolledRows::ScrolledRows(int spacing) {
     auto* content = new QWidget;
     m_rows = new QVBoxLayout(content);
-    m_rows->setContentsMargins({});
+    m_rows->setContentsMargins(0, 0, gapBeforeBar, 0);
     m_rows->setSpacing(spacing);
     setWidget(content);
     setWidgetResizable(true);

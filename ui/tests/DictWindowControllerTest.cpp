@@ -6,6 +6,7 @@
 #include "tests/support/FakePlatform.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
+#include "ui/DrawableText.h"
 #include "ui/TextLabel.h"
 
 #include <QApplication>
@@ -71,7 +72,7 @@ protected:
         return control<QPushButton>(QStringLiteral("Remove %1").arg(row));
     }
     [[nodiscard]] QPushButton* add() const {
-        return control<QPushButton>(QStringLiteral("Add replacement"));
+        return control<QPushButton>(QStringLiteral("＋ Add replacement"));
     }
 
     /// Number of rows on the screen.
@@ -111,7 +112,7 @@ TEST_F(DictWindow, showsOneRowPerEntryInTheirOrder) {
 TEST_F(DictWindow, showsOnlyTheButtonAndTheHelpForAnEmptyList) {
     open();
     EXPECT_EQ(rows(), 0);
-    EXPECT_EQ(add()->text(), QStringLiteral("＋ Add replacement"));
+    EXPECT_EQ(add()->text(), drawableText(QStringLiteral("＋ Add replacement"), add()->font()));
     const auto labels = window().findChildren<TextLabel*>();
     ASSERT_EQ(labels.size(), 1);
     EXPECT_EQ(labels[0]->text(), QStringLiteral("Applied to every transcript (case-insensitive). "
