@@ -85,6 +85,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     installEventTap();
     openOnboardingIfNeeded();
     m_models.removeDeadDownloads();
+    followLoginItem();
     m_troubles.launched();
 }
 
@@ -221,6 +222,11 @@ void AppDelegate::openOnboardingIfNeeded() {
         return;
     if (windows)
         windows->openOnboarding();
+}
+
+void AppDelegate::followLoginItem() {
+    if (const auto error = m_platform.loginItem->followProgram())
+        logf(QStringLiteral("login item not updated: ") + *error);
 }
 
 void AppDelegate::help(Trouble trouble) {

@@ -90,6 +90,7 @@ private:
     void installEventTap();
     void createOverlay();
     void openOnboardingIfNeeded();
+    void followLoginItem();
     void help(Trouble trouble);
     void storeCapturedChord(const ChordCaptured& captured);
 

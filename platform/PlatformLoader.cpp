@@ -43,7 +43,8 @@ Platform loadPlatform() {
     platform.clipboard = std::move(clipboard);
     platform.trayItem =
         std::make_unique<TrayItemSni>(BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
-    platform.loginItem = std::make_unique<LoginItemXdg>();
+    platform.loginItem =
+        std::make_unique<LoginItemXdg>(BUNDLE_DIR + QStringLiteral("/Contents/bin/sayloft"));
     platform.windowEffects = std::make_unique<WindowEffectsX11>();
     return platform;
 }
