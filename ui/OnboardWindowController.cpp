@@ -79,8 +79,8 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
                          "combo anytime."),
           {.points = 11, .colour = secondaryColour, .width = 210, .wraps = true})),
       m_tray(new TextLabel(
-          QStringLiteral("This desktop shows no tray icons. To see Sayloft's, add the AppIndicator "
-                         "extension to GNOME, or a status tray to your panel."),
+          QStringLiteral("No tray for the icon: add GNOME's AppIndicator extension, or a tray to "
+                         "your panel."),
           {.points = 11, .colour = secondaryColour, .width = 430, .wraps = true})),
       micBtn(new QPushButton(QStringLiteral("Grant"))),
       accBtn(new QPushButton(QStringLiteral("Grant"))),
