@@ -84,6 +84,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     checkPermissions();
     installEventTap();
     m_models.removeDeadDownloads();
+    followLoginItem();
     openOnboardingIfNeeded();
     m_troubles.launched();
 }
@@ -221,6 +222,11 @@ void AppDelegate::openOnboardingIfNeeded() {
         return;
     if (windows)
         windows->openOnboarding();
+}
+
+void AppDelegate::followLoginItem() {
+    if (const auto error = m_platform.loginItem->followProgram())
+        logf(QStringLiteral("login item not updated: ") + *error);
 }
 
 // The desktop's settings mend neither the keyboard nor the sound server.

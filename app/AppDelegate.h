@@ -82,12 +82,15 @@ public:
     [[nodiscard]] Permissions& permissions() { return m_permissions; }
     [[nodiscard]] LoginItem& loginItem() { return *m_platform.loginItem; }
     [[nodiscard]] std::vector<InputDevice> inputDeviceList() const;
+    /// No tray has shown the icon for longer than one takes to come up.
+    [[nodiscard]] bool trayMissing() const { return m_troubles.holds(Trouble::noTrayHost); }
 
 private:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem();
     void installEventTap();
     void createOverlay();
     void openOnboardingIfNeeded();
+    void followLoginItem();
     void help(Trouble trouble);
     void storeCapturedChord(const ChordCaptured& captured);
 

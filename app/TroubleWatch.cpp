@@ -83,6 +83,11 @@ void TroubleWatch::dictationBegins() {
     reviewSound();
 }
 
+bool TroubleWatch::holds(Trouble trouble) const {
+    const std::vector<Trouble> holding = m_notices.current();
+    return std::find(holding.begin(), holding.end(), trouble) != holding.end();
+}
+
 QString TroubleWatch::reason() const {
     const std::vector<Trouble> holding = m_notices.current();
     return holding.empty() ? QString() : troubleText(holding.front()).phrase;

@@ -32,6 +32,7 @@ public:
     /// A dictation begins, so that a sound server is needed now.
     void dictationBegins();
 
+    [[nodiscard]] bool holds(Trouble trouble) const;
     /// The most severe cause that holds in a few words; empty when there is none.
     [[nodiscard]] QString reason() const;
     /// Called when it changes.

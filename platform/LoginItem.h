@@ -17,6 +17,10 @@ public:
 
     /// Why it did not work, in the system's words; none when it did.
     [[nodiscard]] virtual std::optional<QString> setEnabled(bool enabled) = 0;
+
+    /// To be called at every start: where a login was to start the program from a place that it has
+    /// been moved away from, it starts it from the present one. The result is that of `setEnabled`.
+    [[nodiscard]] virtual std::optional<QString> followProgram() = 0;
 };
 
 }  // namespace sayloft

@@ -43,7 +43,8 @@ Platform loadPlatform(SessionBusConnection& connection) {
     platform.clipboard = std::move(clipboard);
     platform.trayItem = std::make_unique<TrayItemSni>(
         connection, BUNDLE_DIR + QStringLiteral("/Contents/Resources/images"));
-    platform.loginItem = std::make_unique<LoginItemXdg>();
+    platform.loginItem =
+        std::make_unique<LoginItemXdg>(BUNDLE_DIR + QStringLiteral("/Contents/bin/sayloft"));
     platform.windowEffects = std::make_unique<WindowEffectsX11>();
     return platform;
 }

@@ -25,9 +25,19 @@ void Permissions::requestMicIfNotDetermined() {
 }
 
 void Permissions::grantMic(std::function<void()> answered) {
-    if (m_audioInput.authorization() != AudioInput::Authorization::notDetermined)
-        return openPrivacyPane(QStringLiteral("Privacy_Microphone"));
-    m_audioInput.requestAccess([answered = std::move(answered)](bool) { answered(); });
+    using Authorization = AudioInput::Authorization;
+    if (m_audioInput.authorization() != Authorization::notDetermined)
+        return openMicrophonePane();
+    m_audioInput.requestAccess([this, answered = std::move(answered)](bool) {
+        // Where nobody was there to be asked, such as a sound server, the pane says what helps.
+        if (m_audioInput.authorization() == Authorization::notDetermined)
+            openMicrophonePane();
+        answered();
+    });
+}
+
+void Permissions::openMicrophonePane() {
+    openPrivacyPane(QStringLiteral("Privacy_Microphone"));
 }
 
 void Permissions::openPrivacyPane(const QString& anchor) {

@@ -22,8 +22,9 @@ public:
     /// Asks for the microphone where that question was never answered.
     void requestMicIfNotDetermined();
 
-    /// Asks for the microphone where that question was never answered, and calls `answered` on the
-    /// main thread; else opens the settings in which the answer can be changed.
+    /// What a "Grant" for the microphone does: asks where that question was never answered, and
+    /// otherwise opens the pane. `answered` is called on the main thread once an answer is there,
+    /// and only where there was a question.
     void grantMic(std::function<void()> answered);
 
     /// `anchor` is "Privacy_Accessibility" or "Privacy_Microphone"; one that makes no valid address
@@ -31,6 +32,8 @@ public:
     void openPrivacyPane(const QString& anchor);
 
 private:
+    void openMicrophonePane();
+
     AudioInput& m_audioInput;
     PrivacySettings& m_privacy;
 };

@@ -238,6 +238,19 @@ TEST_F(Controller, showsWarmingWhileTheServerRestarts) {
     EXPECT_THAT(m_seen, ElementsAre("warming"));
 }
 
+TEST_F(Controller, letsTheLoginItemFollowTheProgramAtEveryStart) {
+    launch();
+    EXPECT_EQ(m_fakes.loginItem.follows, 1);
+    EXPECT_FALSE(m_home.log().contains(QStringLiteral("login item")));
+}
+
+TEST_F(Controller, saysInTheLogWhyTheLoginItemDoesNotFollow) {
+    m_fakes.loginItem.refusal = QStringLiteral("Permission denied");
+    launch();
+    EXPECT_TRUE(
+        m_home.log().contains(QStringLiteral("login item not updated: Permission denied\n")));
+}
+
 TEST_F(Controller, handsTheClipboardOverWhenItEnds) {
     launch();
     m_delegate->applicationWillTerminate();

@@ -1,47 +1,70 @@
 // SPDX-License-Identifier: MIT
-// The entry of the program in the desktop's list of applications.
-#include "platform/SessionBusConnection.h"
-#include "platform/linux/NotifierFreedesktop.h"
-#include "platform/tests/ScriptedNotificationDaemon.h"
-#include "tests/support/ChildProgram.h"
-#include "tests/support/SessionBus.h"
-#include "tests/support/TempHome.h"
-#include "tests/support/WaitUntil.h"
-
-#include <QDBusArgument>
-#include <QFile>
-#include <QVariantMap>
+#include "platform/linux/DesktopEntry.h"
 
 #include <gtest/gtest.h>
 
 namespace sayloft {
 namespace {
 
-const QString file =
-    QStringLiteral(SAYLOFT_BUNDLE_DIR "/Contents/Resources/desktop/org.sayloft.Sayloft.desktop");
-
-TEST(TheDesktopEntry, isValidAndLeavesNothingToSay) {
-    EXPECT_EQ(test::run(QStringLiteral("desktop-file-validate"), {file}).toStdString(), "");
+QString programOf(const QByteArray& exec) {
+    return DesktopEntry::parse("[Desktop Entry]\nExec=" + exec + "\n").program();
 }
 
-TEST(TheDesktopEntry, startsTheProgramThatTheBundleHas) {
-    EXPECT_TRUE(test::readFile(file).contains("\nExec=sayloft\n"));
-    EXPECT_TRUE(QFile::exists(QStringLiteral(SAYLOFT_BUNDLE_DIR "/Contents/bin/sayloft")));
+struct ExecRow {
+    const char* name;
+    const char* exec;
+    const char* program;
+};
+
+class ExecValue : public testing::TestWithParam<ExecRow> {};
+
+TEST_P(ExecValue, namesAProgram) {
+    EXPECT_EQ(programOf(GetParam().exec), QString::fromUtf8(GetParam().program));
 }
 
-TEST(TheDesktopEntry, isTheOneThatNotificationsName) {
-    const test::SessionBus bus;
-    ScriptedNotificationDaemon daemon(bus);
-    SessionBusConnection connection(bus.address());
-    NotifierFreedesktop notifier(connection);
-    notifier.show({.key = QStringLiteral("key"), .summary = QStringLiteral("summary"), .body = {}});
-    ASSERT_TRUE(test::waitUntil([&daemon] { return !daemon.notified.empty(); }));
-    constexpr int hintsArgument = 6;
-    const QVariantMap hints =
-        qdbus_cast<QVariantMap>(daemon.argument(0, hintsArgument).value<QDBusArgument>());
-    const QString name = hints.value(QStringLiteral("desktop-entry")).toString();
-    EXPECT_TRUE(file.endsWith(QLatin1Char('/') + name + QStringLiteral(".desktop")));
-    EXPECT_TRUE(QFile::exists(file));
+INSTANTIATE_TEST_SUITE_P(
+    Values, ExecValue,
+    testing::Values(ExecRow{"plain", "/usr/bin/sayloft", "/usr/bin/sayloft"},
+                    ExecRow{"withArguments", "/usr/bin/sayloft --quiet %U", "/usr/bin/sayloft"},
+                    ExecRow{"bare", "sayloft", "sayloft"},
+                    ExecRow{"quoted", R"("/opt/my apps/sayloft" -x)", "/opt/my apps/sayloft"},
+                    ExecRow{"quotedQuote", R"("/opt/a\\"b/sayloft")", R"(/opt/a"b/sayloft)"},
+                    ExecRow{"quotedBackslash", R"("/opt/a\\\\b/sayloft")", R"(/opt/a\b/sayloft)"},
+                    ExecRow{"quotedDollar", R"("/opt/a\\$b/sayloft")", "/opt/a$b/sayloft"},
+                    ExecRow{"percent", R"("/opt/100%%/sayloft")", "/opt/100%/sayloft"},
+                    ExecRow{"neverClosed", R"("/opt/sayloft)", ""}, ExecRow{"empty", "", ""}),
+    [](const auto& row) { return row.param.name; });
+
+class ProgramPath : public testing::TestWithParam<const char*> {};
+
+TEST_P(ProgramPath, isReadAsItWasWritten) {
+    const QString path = QString::fromUtf8(GetParam());
+    EXPECT_EQ(programOf(execLine(path)), path);
+    const QByteArray file = "[Desktop Entry]\nTryExec=" + escapedValue(path) + "\n";
+    EXPECT_EQ(DesktopEntry::parse(file).value(QStringLiteral("TryExec")), path);
+}
+
+INSTANTIATE_TEST_SUITE_P(Paths, ProgramPath,
+                         testing::Values("/usr/lib/sayloft/Contents/bin/sayloft",
+                                         "/home/me/My Programs/Sayloft.app/Contents/bin/sayloft",
+                                         "/a\"b/sayloft", "/a\\b/sayloft", "/a\\nb/sayloft",
+                                         "/a`b/sayloft", "/a$b/sayloft", "/100%u/sayloft",
+                                         "/a'b;c&d/sayloft", "/Büro/語/sayloft", "/a\nb/sayloft",
+                                         "/a\tb/sayloft"));
+
+TEST(DesktopEntryTest, readsTheGroupOfThatNameOnly) {
+    const auto entry = DesktopEntry::parse(
+        "# Exec=commented\n[Other]\nExec=other\n[Desktop Entry]\nExec = right \r\n"
+        "Exec[de]=rechts\n#Exec=commented\n\n[Desktop Action new]\nExec=action\n");
+    EXPECT_EQ(entry.program(), QStringLiteral("right"));
+}
+
+TEST(DesktopEntryTest, isEmptyWithoutThatGroup) {
+    const auto entry = DesktopEntry::parse("Exec=sayloft\n\xff\xfe");
+    EXPECT_EQ(entry.program(), QString());
+    EXPECT_EQ(entry.value(QStringLiteral("Exec")), std::nullopt);
+    EXPECT_FALSE(entry.isTrue(QStringLiteral("Hidden")));
+    EXPECT_FALSE(entry.isFalse(QStringLiteral("Hidden")));
 }
 
 }  // namespace

@@ -53,6 +53,33 @@ TEST_F(PermissionsTest, openThePaneThatTheAnchorNames) {
                   "x-apple.systempreferences:com.apple.preference.security?Privacy_Microphone"));
 }
 
+TEST_F(PermissionsTest, tellWhenTheMicrophoneHasBeenAnswered) {
+    m_audio.answer = AudioInput::Authorization::notDetermined;
+    m_audio.userSays = AudioInput::Authorization::authorized;
+    bool grantedAtTheAnswer = false;
+    m_permissions.grantMic([&] { grantedAtTheAnswer = m_permissions.micGranted(); });
+    EXPECT_TRUE(grantedAtTheAnswer);
+    EXPECT_EQ(m_audio.accessRequests, 1);
+    EXPECT_TRUE(m_privacy.opened.empty());
+}
+
+TEST_F(PermissionsTest, openThePaneWhereTheMicrophoneWasAnsweredLongAgo) {
+    m_audio.answer = AudioInput::Authorization::denied;
+    m_permissions.grantMic([] { FAIL() << "there was no question"; });
+    EXPECT_EQ(m_audio.accessRequests, 0);
+    ASSERT_EQ(m_privacy.opened.size(), 1U);
+    EXPECT_TRUE(m_privacy.opened[0].endsWith(QStringLiteral("?Privacy_Microphone")));
+}
+
+TEST_F(PermissionsTest, openThePaneWhereNobodyAnswersForTheMicrophone) {
+    m_audio.answer = AudioInput::Authorization::notDetermined;
+    int answers = 0;
+    m_permissions.grantMic([&] { ++answers; });
+    EXPECT_EQ(answers, 1);
+    EXPECT_EQ(m_audio.accessRequests, 1);
+    EXPECT_EQ(m_privacy.opened.size(), 1U);
+}
+
 TEST_F(PermissionsTest, openNothingForAnAnchorThatMakesNoAddress) {
     m_permissions.openPrivacyPane(QStringLiteral("not an anchor %zz"));
     EXPECT_TRUE(m_privacy.opened.empty());

@@ -42,6 +42,7 @@ public:
     Authorization answer = Authorization::authorized;
     Finish finish = Finish::atOnce;
     std::vector<std::shared_ptr<Capture>> captures;
+    std::optional<Authorization> userSays;  ///< the answer to a request; none: nobody gives one
     int accessRequests = 0;
 
     /// Whether the newest capture still hears the microphone.

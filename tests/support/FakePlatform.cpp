@@ -54,6 +54,11 @@ std::optional<QString> FakeLoginItem::setEnabled(bool wanted) {
     return refusal;
 }
 
+std::optional<QString> FakeLoginItem::followProgram() {
+    ++follows;
+    return refusal;
+}
+
 FakePlatform::FakePlatform()
     : audio(install<FakeAudioInput>(m_platform.audioInput)),
       sounds(install<FakeSystemSounds>(m_platform.sounds)),

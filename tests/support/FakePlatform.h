@@ -92,7 +92,10 @@ public:
     [[nodiscard]] bool isEnabled() const override { return enabled; }
     [[nodiscard]] std::optional<QString> setEnabled(bool wanted) override;
 
+    [[nodiscard]] std::optional<QString> followProgram() override;
+
     bool enabled = false;
+    int follows = 0;
     std::optional<QString> refusal;  ///< what it says instead of obeying
 };
 

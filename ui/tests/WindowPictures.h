@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QFont>
+#include <QPalette>
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+namespace sayloft::test {
+
+struct DesktopLook {
+    bool isDark = false;
+    double fontScale = 1;
+};
+
+/// The desktop looks like that while this object lives.
+class DesktopLooks {
+public:
+    explicit DesktopLooks(const DesktopLook& look);
+    ~DesktopLooks();
+    DesktopLooks(const DesktopLooks&) = delete;
+    DesktopLooks& operator=(const DesktopLooks&) = delete;
+
+private:
+    const QFont m_font;
+    const QPalette m_palette;
+    const QString m_style;
+};
+
+/// Writes the window as it is, at a scale of the screen, to the folder of the pictures.
+void takePicture(QWidget& window, const QString& name, double scale = 1);
+
+/// The controls in sight that have less room than they need, or reach out of the window.
+[[nodiscard]] QStringList cutControls(const QWidget& window);
+
+}  // namespace sayloft::test
