@@ -81,6 +81,7 @@ AudioCaptureResult FakeAudioInput::startCapture(AudioCaptureRequest request) {
 
 void FakeAudioInput::requestAccess(std::function<void(bool granted)> answered) {
     ++accessRequests;
+    answer = laterAnswer.value_or(answer);
     answered(answer == Authorization::authorized);
 }
 

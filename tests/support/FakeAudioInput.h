@@ -4,6 +4,7 @@
 #include "platform/AudioInput.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace sayloft::test {
@@ -40,6 +41,7 @@ public:
     AudioFormat defaultFormat;  ///< of the default input; rate 0 for none
     QString startError;         ///< when set, no capture can be started
     Authorization answer = Authorization::authorized;
+    std::optional<Authorization> laterAnswer;  ///< from when the user has been asked
     Finish finish = Finish::atOnce;
     std::vector<std::shared_ptr<Capture>> captures;
     int accessRequests = 0;
