@@ -9,6 +9,7 @@ namespace {
 
 std::vector<PopUpItem> shownItems(const QComboBox& popUp) {
     std::vector<PopUpItem> items;
+    items.reserve(static_cast<std::size_t>(popUp.count()));
     for (int index = 0; index < popUp.count(); ++index)
         items.push_back({popUp.itemText(index), popUp.itemData(index)});
     return items;

@@ -4,6 +4,7 @@
 #include "platform/AudioInput.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace sayloft::test {

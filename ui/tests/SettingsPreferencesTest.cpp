@@ -216,6 +216,15 @@ TEST_F(SettingsPreferences, askForAMicrophoneThatWasNeverAskedFor) {
     EXPECT_THAT(fakes.privacy.opened, IsEmpty());
 }
 
+TEST_F(SettingsPreferences, showTheAnswerAboutTheMicrophone) {
+    fakes.audio.answer = AudioInput::Authorization::notDetermined;
+    fakes.audio.userSays = AudioInput::Authorization::authorized;
+    open();
+    EXPECT_TRUE(isVisible(QStringLiteral("Microphone: Not granted")));
+    click(openMicrophone);
+    EXPECT_TRUE(isVisible(QStringLiteral("Microphone: Granted")));
+}
+
 TEST_F(SettingsPreferences, areResetAfterAYes) {
     open(R"({"dictateChords":[3],"pillStyle":"minimal","holdDuration":2,"playSounds":true,
              "inputDeviceUID":"usb","boostMic":false})");
