@@ -20,7 +20,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using testing::Contains;
-using testing::IsEmpty;
 
 const QString appear = QStringLiteral("Appear speed");
 const QString appearField = QStringLiteral("Appear speed in milliseconds");

@@ -26,7 +26,6 @@ namespace sayloft {
 namespace {
 
 using namespace std::chrono_literals;
-using testing::IsEmpty;
 
 constexpr const char* manyChords = R"({"dictateChords":[1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,
     18,19,20,21,22,23,24,25,26,27,28,29,30,31],"dictateEnterChords":[3,12]})";
