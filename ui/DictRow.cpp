@@ -52,7 +52,7 @@ DictRow::DictRow(const DictTexts& texts)
     layout->setContentsMargins({});
     layout->setSpacing(8);
     layout->addWidget(m_heard);
-    layout->addWidget(new TextLabel(QStringLiteral("→"), {.colour = secondaryColour}));
+    layout->addWidget(new TextLabel(QStringLiteral("→"), {.role = TextRole::secondary}));
     layout->addWidget(m_replacement);
     layout->addWidget(m_remove);
     m_remove->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

@@ -3,7 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "ui/DictRow.h"
-#include "ui/DrawableText.h"
+#include "ui/GlyphText.h"
 #include "ui/PlainWindow.h"
 #include "ui/ScrolledRows.h"
 #include "ui/TextLabel.h"
@@ -62,14 +62,14 @@ void DictWindowController::build() {
     layout->addWidget(
         new TextLabel(QStringLiteral("Applied to every transcript (case-insensitive). Example: "
                                      "“solona” → “Solana”."),
-                      {.points = 11, .colour = tertiaryColour, .width = 400, .wraps = true}),
+                      {.points = 11, .role = TextRole::tertiary, .width = 400, .wraps = true}),
         0, Qt::AlignLeading);
     layout->addStretch();
     makePlainWindow(*m_window, content, {460, 380});
     m_window->setWindowTitle(QStringLiteral("Dictionary"));
     m_window->installEventFilter(this);
     const QString add = QStringLiteral("＋ Add replacement");
-    m_add->setText(drawableText(add, m_add->font()));
+    m_add->setText(displayable(add, QStringLiteral("+ Add replacement"), m_add->font()));
     m_add->setAccessibleName(add);
     m_add->setAccessibleDescription(QStringLiteral("Adds an empty row to the dictionary"));
     connect(m_add, &QPushButton::clicked, this, [this] { addPair(); });

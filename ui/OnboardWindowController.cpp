@@ -27,7 +27,7 @@ TextLabel* makeStatus() {
 
 void setStatus(TextLabel& label, bool isMet) {
     label.setText(isMet ? QStringLiteral("✓ Ready") : QStringLiteral("✕ Not yet"));
-    label.setColour(isMet ? metColour : missingColour);
+    label.setRole(isMet ? TextRole::good : TextRole::warning);
 }
 
 struct StepRow {
@@ -77,11 +77,11 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
       m_hotkeys(new TextLabel(
           QStringLiteral("Hold ⌘⇧ to dictate. “Dictate + Enter” is off — add or change either "
                          "combo anytime."),
-          {.points = 11, .colour = secondaryColour, .width = 210, .wraps = true})),
+          {.points = 11, .role = TextRole::secondary, .width = 210, .wraps = true})),
       m_tray(new TextLabel(
           QStringLiteral("No tray for the icon: add GNOME's AppIndicator extension, or a tray to "
                          "your panel."),
-          {.points = 11, .colour = secondaryColour, .width = 430, .wraps = true})),
+          {.points = 11, .role = TextRole::secondary, .width = 430, .wraps = true})),
       micBtn(new QPushButton(QStringLiteral("Grant"))),
       accBtn(new QPushButton(QStringLiteral("Grant"))),
       modelBtn(new QPushButton(QStringLiteral("Download"))),
@@ -111,7 +111,7 @@ void OnboardWindowController::build() {
         new TextLabel(QStringLiteral("Welcome to Sayloft"), {.points = 18, .weight = QFont::Bold}));
     layout->addWidget(
         new TextLabel(QStringLiteral("Grant two permissions — the model downloads automatically."),
-                      {.points = 12, .colour = secondaryColour}));
+                      {.points = 12, .role = TextRole::secondary}));
     layout->addLayout(makeGrid({{"1. Microphone", micStatus, micBtn},
                                 {"2. Accessibility", accStatus, accBtn},
                                 {"3. Model", modelStatus, modelBtn},
@@ -179,7 +179,7 @@ void OnboardWindowController::refreshModel() {
     if (app && app->models().downloading()) {
         const int percent = static_cast<int>(app->models().downloadProgress() * 100);
         modelStatus->setText(QStringLiteral("Downloading… %1%").arg(percent));
-        modelStatus->setColour(secondaryColour);
+        modelStatus->setRole(TextRole::secondary);
         modelBtn->setEnabled(false);
         return;
     }

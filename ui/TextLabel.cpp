@@ -10,15 +10,15 @@
 
 namespace sayloft {
 
-TextLabel::TextLabel(const QString& text, const TextStyle& style) : QLabel(text), m_style(style) {
+TextLabel::TextLabel(const QString& text, const LabelStyle& style) : QLabel(text), m_style(style) {
     setTextFormat(Qt::PlainText);
     setWordWrap(style.wraps);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     restyle();
 }
 
-void TextLabel::setColour(LabelColour colour) {
-    m_style.colour = colour;
+void TextLabel::setRole(TextRole role) {
+    m_style.role = role;
     restyle();
 }
 
@@ -50,8 +50,7 @@ void TextLabel::restyle() {
         setFont(font);
     const QPalette around =
         parentWidget() != nullptr ? parentWidget()->palette() : QApplication::palette();
-    const QColor colour =
-        m_style.colour != nullptr ? m_style.colour(around) : around.color(QPalette::WindowText);
+    const QColor colour = textColour(m_style.role, around);
     if (palette().color(QPalette::WindowText) == colour)
         return;
     QPalette own = palette();

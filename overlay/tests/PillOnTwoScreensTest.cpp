@@ -10,12 +10,14 @@
 #include <QApplication>
 #include <QScreen>
 
+#include <memory>
+
 #include <gtest/gtest.h>
 
 namespace sayloft::test {
 namespace {
 
-const TwoScreens* theScreens = nullptr;
+std::unique_ptr<const TwoScreens> theScreens;
 
 class PillOnTwoScreens : public testing::Test {
 protected:
@@ -92,16 +94,25 @@ TEST_F(PillOnTwoScreens, goesToTheOtherOneWhenTheMainOneIsSwitchedOff) {
 }  // namespace
 }  // namespace sayloft::test
 
+namespace {
+
+int runTests(int argc, char** argv) {
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
     using sayloft::test::TwoScreens;
     testing::InitGoogleTest(&argc, argv);
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
-    const TwoScreens screens;
-    sayloft::test::theScreens = &screens;
+    sayloft::test::theScreens = std::make_unique<TwoScreens>();
     qputenv("QT_SCREEN_SCALE_FACTORS",
             (TwoScreens::left + QStringLiteral("=1;") + TwoScreens::right + QStringLiteral("=2"))
                 .toLatin1());
-    const QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
+    const int result = runTests(argc, argv);
+    sayloft::test::theScreens.reset();
+    return result;
 }

@@ -95,8 +95,7 @@ QImage kept(const char* name) {
 
 /// Where the picture can be looked at when it is not the one that was kept.
 QString save(const QImage& image, const char* name) {
-    const QString path =
-        QDir::temp().filePath(QStringLiteral("pill-%1.png").arg(QLatin1String(name)));
+    QString path = QDir::temp().filePath(QStringLiteral("pill-%1.png").arg(QLatin1String(name)));
     image.save(path);
     return path;
 }

@@ -45,23 +45,6 @@ TEST_F(PermissionsTest, areAskedAfreshEveryTime) {
     EXPECT_FALSE(m_permissions.accessibilityGranted());
 }
 
-TEST_F(PermissionsTest, askForAMicrophoneThatWasNeverAskedForAndSayWhenThatIsAnswered) {
-    m_audio.answer = AudioInput::Authorization::notDetermined;
-    int answers = 0;
-    m_permissions.grantMic([&] { ++answers; });
-    EXPECT_EQ(m_audio.accessRequests, 1);
-    EXPECT_EQ(answers, 1);
-    EXPECT_TRUE(m_privacy.opened.empty());
-}
-
-TEST_F(PermissionsTest, openTheSettingsForAMicrophoneThatIsDenied) {
-    m_audio.answer = AudioInput::Authorization::denied;
-    m_permissions.grantMic([] { FAIL() << "nobody was asked"; });
-    EXPECT_EQ(m_audio.accessRequests, 0);
-    ASSERT_EQ(m_privacy.opened.size(), 1U);
-    EXPECT_TRUE(m_privacy.opened.front().endsWith(QStringLiteral("?Privacy_Microphone")));
-}
-
 TEST_F(PermissionsTest, openThePaneThatTheAnchorNames) {
     m_permissions.openPrivacyPane(QStringLiteral("Privacy_Microphone"));
     ASSERT_EQ(m_privacy.opened.size(), 1U);

@@ -6,12 +6,28 @@
 
 #include <QApplication>
 
+#include <memory>
+
 #include <gtest/gtest.h>
 
 namespace sayloft::test {
 namespace {
 
-const XServer* theDisplay = nullptr;
+std::unique_ptr<const XServer> theDisplay;
+
+int runTests(int argc, char** argv) {
+    const WindowManager windowManager(*theDisplay);
+    const QApplication application(argc, argv);
+    return RUN_ALL_TESTS();
+}
+
+// The display ends after the application that is on it.
+int runTestsOnADisplay(int argc, char** argv) {
+    theDisplay = std::make_unique<XServer>();
+    const int result = runTests(argc, argv);
+    theDisplay.reset();
+    return result;
+}
 
 }  // namespace
 
@@ -25,9 +41,5 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
-    const sayloft::test::XServer display;
-    sayloft::test::theDisplay = &display;
-    const sayloft::test::WindowManager windowManager(display);
-    const QApplication application(argc, argv);
-    return RUN_ALL_TESTS();
+    return sayloft::test::runTestsOnADisplay(argc, argv);
 }

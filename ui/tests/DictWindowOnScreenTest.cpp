@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/WaitUntil.h"
-#include "ui/DrawableText.h"
+#include "ui/GlyphText.h"
 #include "ui/TextLabel.h"
 #include "ui/tests/DictFixture.h"
 
@@ -27,7 +27,8 @@ class DictWindowOnScreen : public test::DictFixture {};
 TEST_F(DictWindowOnScreen, showsOnlyTheButtonAndTheHelpForAnEmptyList) {
     open();
     EXPECT_EQ(rows(), 0);
-    EXPECT_EQ(add()->text(), drawableText(QStringLiteral("＋ Add replacement"), add()->font()));
+    EXPECT_EQ(add()->text(), displayable(QStringLiteral("＋ Add replacement"),
+                                         QStringLiteral("+ Add replacement"), add()->font()));
     const auto labels = window().findChildren<TextLabel*>();
     ASSERT_EQ(labels.size(), 1);
     EXPECT_EQ(labels[0]->text(), QStringLiteral("Applied to every transcript (case-insensitive). "

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/tests/OnboardFixture.h"
 
-#include "ui/LabelColours.h"
 #include "ui/SettingsWindowController.h"
+#include "ui/StatusColours.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -76,7 +76,7 @@ TEST_F(OnboardWindow, showsWhatIsThere) {
     EXPECT_FALSE(model()->isEnabled());
     EXPECT_TRUE(hotkeys()->isEnabled());
     EXPECT_EQ(label("State of the microphone")->palette().color(QPalette::WindowText),
-              metColour(window().palette()));
+              textColour(TextRole::good, window().palette()));
 }
 
 TEST_F(OnboardWindow, showsWhatIsMissing) {
@@ -88,7 +88,7 @@ TEST_F(OnboardWindow, showsWhatIsMissing) {
     EXPECT_TRUE(mic()->isEnabled());
     EXPECT_TRUE(acc()->isEnabled());
     EXPECT_EQ(label("State of the microphone")->palette().color(QPalette::WindowText),
-              missingColour(window().palette()));
+              textColour(TextRole::warning, window().palette()));
 }
 
 TEST_F(OnboardWindow, seesWithinASecondThatAccessibilityWasGranted) {

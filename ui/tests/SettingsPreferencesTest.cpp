@@ -210,6 +210,7 @@ TEST_F(SettingsPreferences, openTheSettingsOfTheSystem) {
 
 TEST_F(SettingsPreferences, askForAMicrophoneThatWasNeverAskedFor) {
     fakes.audio.answer = AudioInput::Authorization::notDetermined;
+    fakes.audio.userSays = AudioInput::Authorization::denied;
     open();
     click(openMicrophone);
     EXPECT_EQ(fakes.audio.accessRequests, 1);

@@ -67,12 +67,12 @@ TEST_F(TextLabelTest, followsTheSystemsFont) {
 TEST_F(TextLabelTest, followsThePalette) {
     usePalette(0xffffffff, 0xff000000);
     QWidget window;
-    auto* label = new TextLabel(QStringLiteral("text"), {.colour = secondaryColour});
+    auto* label = new TextLabel(QStringLiteral("text"), {.role = TextRole::secondary});
     (new QHBoxLayout(&window))->addWidget(label);
     const QColor onLight = colourOf(*label);
-    EXPECT_EQ(onLight, secondaryColour(QApplication::palette()));
+    EXPECT_EQ(onLight, textColour(TextRole::secondary, QApplication::palette()));
     usePalette(0xff202020, 0xffffffff);
-    EXPECT_EQ(colourOf(*label), secondaryColour(QApplication::palette()));
+    EXPECT_EQ(colourOf(*label), textColour(TextRole::secondary, QApplication::palette()));
     EXPECT_NE(colourOf(*label), onLight);
 }
 
