@@ -32,9 +32,9 @@ double widestDigit(const QFontMetricsF& metrics) {
 /// A line of text whose digits all have the same width.
 class TabularLine {
 public:
-    TabularLine(QString text, QFont font)
+    TabularLine(QString text, const QFont& font)
         : m_text(std::move(text)),
-          m_font(std::move(font)),
+          m_font(font),
           m_metrics(m_font),
           m_digitWidth(widestDigit(m_metrics)) {}
 

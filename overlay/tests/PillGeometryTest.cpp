@@ -103,8 +103,8 @@ TEST(PillBars, areDotsAtBothEndsAtEveryLevel) {
 
 TEST(PillBars, neverRiseAboveThirty) {
     for (int i = 0; i < PillGeometry::bars; ++i) {
-        for (double phase = 0; phase < 30; phase += 0.5)
-            EXPECT_LE(barHeight(i, 1, phase), 30 + tolerance);
+        for (int tick = 0; tick < 60; ++tick)
+            EXPECT_LE(barHeight(i, 1, tick * 0.5), 30 + tolerance);
     }
 }
 

@@ -39,7 +39,7 @@ protected:
 };
 
 TEST_P(PillLevel, isTheLoudnessOfTheTone) {
-    const QString file = soundFile(tone(GetParam().dbfs, 3 * 16000));
+    const QString file = soundFile(tone(GetParam().dbfs, std::size_t{3} * 16000));
     recorder.start();
     view.setRecording();
     const ChildProgram playing = server.startPlaying(file);
