@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QPushButton>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <functional>
@@ -70,9 +71,8 @@ double showAgain(const test::OpenedSettings& settings) {
 }
 
 std::vector<double> times(int count, const std::function<double()>& measure) {
-    std::vector<double> values;
-    for (int run = 0; run < count; ++run)
-        values.push_back(measure());
+    std::vector<double> values(static_cast<std::size_t>(count));
+    std::generate(values.begin(), values.end(), measure);
     return values;
 }
 

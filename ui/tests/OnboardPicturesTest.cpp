@@ -32,12 +32,12 @@ protected:
         if (GetParam().model == Model::there)
             provideModel();
         else
-            catalogue.serve(QStringLiteral("multilingual"), QByteArray(200'000, 'm'));
+            catalogue.serve(QStringLiteral("multilingual"), QByteArray(800'000, 'm'));
     }
 
     [[nodiscard]] bool isArranged() const {
         if (GetParam().model == Model::downloading)
-            return delegate->models().downloadProgress() > 0.3;
+            return delegate->models().downloading() && delegate->models().downloadProgress() > 0.3;
         return GetParam().missing != Missing::tray || delegate->trayMissing();
     }
 
@@ -53,6 +53,7 @@ TEST_P(OnboardPictures, cutNoControl) {
     ASSERT_TRUE(test::waitUntil([this] { return isArranged(); }, std::chrono::seconds(20)));
     controller().refresh();
     QApplication::processEvents();
+    ASSERT_EQ(delegate->models().downloading(), GetParam().model == Model::downloading);
     test::takePicture(window(), QStringLiteral("onboarding-") + QLatin1String(GetParam().name),
                       GetParam().scale);
     EXPECT_EQ(test::cutControls(window()), QStringList());
