@@ -10,7 +10,7 @@
 
 namespace sayloft {
 
-/// What the group "Desktop Entry" of a file says, as the Desktop Entry Specification has it.
+/// What the group "Desktop Entry" of a file says, in the form that freedesktop.org gives it.
 class DesktopEntry {
 public:
     /// Without a group of that name the entry is empty.

@@ -29,7 +29,7 @@ QStringList systemFiles() {
     return files;
 }
 
-// The specification has relative paths ignored.
+// Relative paths are to be ignored, by the rules of freedesktop.org.
 QString usersFile() {
     QString folder = qEnvironmentVariable("XDG_CONFIG_HOME");
     if (!QDir::isAbsolutePath(folder))

@@ -10,8 +10,8 @@ namespace sayloft {
 
 class DesktopEntry;
 
-/// The entry in the user's autostart folder, as the Desktop Application Autostart Specification has
-/// it: one with the same name hides those of the system.
+/// The entry in the user's autostart folder, by the rules of freedesktop.org: one with the same
+/// name hides those of the system.
 class LoginItemXdg : public LoginItem {
 public:
     /// `program` is the executable that a login starts.
