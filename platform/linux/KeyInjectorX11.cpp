@@ -24,6 +24,8 @@ KeyInjectorX11::Typed KeyInjectorX11::type(const KeyChordX11& chord, const KeyMa
     if (!key || (chord.modifier && !modifierKey))
         return Typed::noSuchKey;
     {
+        // A modifier that goes down between the look and the keys would make another chord of them.
+        const XcbServerGrab nobodyElse(m_connection);
         const StickyModifiersX11 withoutSticky(m_connection, map.lockModifiers());
         const HeldModifiersX11 held = HeldModifiersX11::read(m_connection, map);
         if (heldKeys == HeldKeys::refuse && !held.empty())

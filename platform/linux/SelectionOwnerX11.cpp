@@ -46,11 +46,9 @@ void SelectionOwnerX11::take(Content content) {
 // else is served for that moment. The time, which has to be waited for, is taken before.
 void SelectionOwnerX11::replace(Content content) {
     const xcb_timestamp_t time = m_thread.serverTime(m_window);
-    xcb_grab_server(m_thread.connection());
+    const XcbServerGrab nobodyElse(m_thread.connection());
     if (isOurs())
         setOwner(std::move(content), time);
-    xcb_ungrab_server(m_thread.connection());
-    xcb_flush(m_thread.connection());
 }
 
 bool SelectionOwnerX11::isOurs() {

@@ -20,6 +20,24 @@ struct XcbFree {
 template <typename T>
 using XcbOwned = std::unique_ptr<T, XcbFree>;
 
+/// While it lives the server serves no other client, so that nothing changes between a look and what
+/// is done about it. For a few round trips at most: every program of the desktop waits.
+class XcbServerGrab {
+public:
+    explicit XcbServerGrab(xcb_connection_t* connection) : m_connection(connection) {
+        xcb_grab_server(connection);
+    }
+    ~XcbServerGrab() {
+        xcb_ungrab_server(m_connection);
+        xcb_flush(m_connection);
+    }
+    XcbServerGrab(const XcbServerGrab&) = delete;
+    XcbServerGrab& operator=(const XcbServerGrab&) = delete;
+
+private:
+    xcb_connection_t* m_connection;
+};
+
 /// A connection to the server that DISPLAY names; null when there is none.
 [[nodiscard]] XcbConnection connectToXServer();
 

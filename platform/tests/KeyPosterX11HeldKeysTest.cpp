@@ -7,6 +7,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <thread>
 #include <utility>
 
 namespace sayloft::test {
@@ -146,6 +149,32 @@ TEST_F(KeyPosterX11Test, neverReleasesAKeyThatGoesDownAfterTheLastLook) {
     m_window->clear();
     ASSERT_TRUE(waitForPosted(500ms));
     EXPECT_EQ(m_window->events(), controlV());
+}
+
+TEST_F(KeyPosterX11Test, typesNothingElseWhenTheUserPressesAModifierAtThatVeryMoment) {
+    const auto isPasteKey = [](const KeyWindow::KeyEvent& event) {
+        return event.kind == KeyWindow::KeyEvent::press && event.key == TestKeyboard::v;
+    };
+    const KeyWindow::KeyEvent pasteKey{KeyWindow::KeyEvent::press, TestKeyboard::v, controlMask};
+    focusWindow();
+    std::jthread restless([](const std::stop_token& stop) {
+        TestKeyboard hands;
+        while (!stop.stop_requested()) {
+            hands.tap(TestKeyboard::superLeft);
+            std::this_thread::sleep_for(200us);
+        }
+    });
+    constexpr int pastes = 300;
+    for (int i = 0; i < pastes; ++i) {
+        m_posted = 0;
+        startPaste();
+        ASSERT_TRUE(waitForPosted());
+    }
+    restless.request_stop();
+    restless.join();
+    Events typed;
+    std::ranges::copy_if(m_window->events(), std::back_inserter(typed), isPasteKey);
+    EXPECT_THAT(typed, testing::AllOf(testing::SizeIs(pastes), testing::Each(pasteKey)));
 }
 
 TEST_F(KeyPosterX11Test, getsTheTextOfferedAgainWhenItHadToWaitAfterTheOffer) {
