@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/SelectionReaderX11.h"
 
-#include "platform/linux/SelectionWindowX11.h"
-
 #include <algorithm>
 #include <cstring>
 #include <utility>
@@ -20,14 +18,15 @@ constexpr std::uint32_t WHOLE_PROPERTY = 0x1fffffff;
 }  // namespace
 
 SelectionReaderX11::SelectionReaderX11(SelectionThreadX11& thread, AtomsX11& atoms,
-                                       xcb_atom_t selection, Finished finished)
+                                       SelectionInboxX11& inbox, xcb_atom_t selection,
+                                       Finished finished)
     : m_thread(thread),
       m_atoms(atoms),
+      m_inbox(inbox),
       m_selection(selection),
-      m_property(atoms.atom("SAYLOFT_SELECTION")),
+      m_property(inbox.open()),
       m_finished(std::move(finished)),
-      m_window(createSelectionWindow(thread.connection())),
-      m_time(thread.serverTime(m_window)),
+      m_time(thread.serverTime(inbox.window())),
       m_started(Clock::now()),
       m_lastProgress(m_started),
       m_timer(thread) {
@@ -36,7 +35,7 @@ SelectionReaderX11::SelectionReaderX11(SelectionThreadX11& thread, AtomsX11& ato
 }
 
 SelectionReaderX11::~SelectionReaderX11() {
-    xcb_destroy_window(m_thread.connection(), m_window);
+    m_inbox.close();
 }
 
 void SelectionReaderX11::hurry() {
@@ -48,11 +47,11 @@ void SelectionReaderX11::handle(const xcb_generic_event_t& event) {
     const int type = event.response_type & 0x7f;
     if (type == XCB_SELECTION_NOTIFY) {
         const auto& notify = reinterpret_cast<const xcb_selection_notify_event_t&>(event);
-        if (notify.requestor == m_window && notify.target == m_target && m_step != Step::pieces)
+        if (isAnswer(notify) && m_step != Step::pieces)
             onNotify(notify);
     } else if (type == XCB_PROPERTY_NOTIFY) {
         const auto& change = reinterpret_cast<const xcb_property_notify_event_t&>(event);
-        if (change.window == m_window && change.atom == m_property &&
+        if (change.window == m_inbox.window() && change.atom == m_property &&
             change.state == XCB_PROPERTY_NEW_VALUE && m_step == Step::pieces)
             onPiece();
     }
@@ -60,8 +59,9 @@ void SelectionReaderX11::handle(const xcb_generic_event_t& event) {
 
 void SelectionReaderX11::ask(xcb_atom_t target) {
     m_target = target;
-    xcb_delete_property(m_thread.connection(), m_window, m_property);
-    xcb_convert_selection(m_thread.connection(), m_window, m_selection, target, m_property, m_time);
+    xcb_delete_property(m_thread.connection(), m_inbox.window(), m_property);
+    xcb_convert_selection(m_thread.connection(), m_inbox.window(), m_selection, target, m_property,
+                          m_time);
 }
 
 void SelectionReaderX11::askForNext() {
@@ -73,6 +73,14 @@ void SelectionReaderX11::askForNext() {
     const xcb_atom_t target = m_remaining.front();
     m_remaining.pop_front();
     ask(target);
+}
+
+// A refusal names no property. That of a reading that was given up bears an earlier time.
+bool SelectionReaderX11::isAnswer(const xcb_selection_notify_event_t& event) const {
+    const bool isLate = event.property == XCB_ATOM_NONE
+                            ? event.time != XCB_CURRENT_TIME && event.time < m_time
+                            : event.property != m_property;
+    return event.requestor == m_inbox.window() && event.target == m_target && !isLate;
 }
 
 void SelectionReaderX11::onNotify(const xcb_selection_notify_event_t& event) {
@@ -148,7 +156,7 @@ void SelectionReaderX11::finish(std::optional<SelectionContent> content) {
 }
 
 std::optional<SelectionValue> SelectionReaderX11::takeProperty() {
-    const auto cookie = xcb_get_property(m_thread.connection(), 1, m_window, m_property,
+    const auto cookie = xcb_get_property(m_thread.connection(), 1, m_inbox.window(), m_property,
                                          XCB_GET_PROPERTY_TYPE_ANY, 0, WHOLE_PROPERTY);
     const XcbOwned<xcb_get_property_reply_t> reply(
         xcb_get_property_reply(m_thread.connection(), cookie, nullptr));

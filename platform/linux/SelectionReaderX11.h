@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/linux/SelectionContentX11.h"
+#include "platform/linux/SelectionInboxX11.h"
 #include "platform/linux/SelectionThreadX11.h"
 
 #include <deque>
@@ -18,9 +19,10 @@ public:
     /// Nothing when the owner did not hand everything over in time. What it refuses is left out.
     using Finished = std::function<void(std::optional<SelectionContent>)>;
 
-    /// `finished` is called once, not before this returns, and may destroy the reader.
-    SelectionReaderX11(SelectionThreadX11& thread, AtomsX11& atoms, xcb_atom_t selection,
-                       Finished finished);
+    /// `finished` is called once, not before this returns, and may destroy the reader. There is one
+    /// reader at a time to an inbox.
+    SelectionReaderX11(SelectionThreadX11& thread, AtomsX11& atoms, SelectionInboxX11& inbox,
+                       xcb_atom_t selection, Finished finished);
     ~SelectionReaderX11();
     SelectionReaderX11(const SelectionReaderX11&) = delete;
     SelectionReaderX11& operator=(const SelectionReaderX11&) = delete;
@@ -36,6 +38,7 @@ private:
 
     void ask(xcb_atom_t target);
     void askForNext();
+    [[nodiscard]] bool isAnswer(const xcb_selection_notify_event_t& event) const;
     void onNotify(const xcb_selection_notify_event_t& event);
     void onTargets();
     void onValue();
@@ -47,10 +50,10 @@ private:
 
     SelectionThreadX11& m_thread;
     AtomsX11& m_atoms;
+    SelectionInboxX11& m_inbox;
     xcb_atom_t m_selection;
     xcb_atom_t m_property;
     Finished m_finished;
-    xcb_window_t m_window;
     xcb_timestamp_t m_time;
 
     Step m_step = Step::targets;

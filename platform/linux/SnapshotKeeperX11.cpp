@@ -18,7 +18,12 @@ constexpr auto KEEP_PREPARED_FOR = 30s;
 
 SnapshotKeeperX11::SnapshotKeeperX11(SelectionThreadX11& thread, AtomsX11& atoms,
                                      SelectionOwnerX11& own)
-    : m_thread(thread), m_atoms(atoms), m_own(own), m_deadline(thread), m_expiry(thread) {}
+    : m_thread(thread),
+      m_atoms(atoms),
+      m_own(own),
+      m_inbox(thread.connection(), atoms),
+      m_deadline(thread),
+      m_expiry(thread) {}
 
 void SnapshotKeeperX11::prepare() {
     if (!m_waiting.empty())
@@ -57,6 +62,7 @@ void SnapshotKeeperX11::connectionLost() {
 }
 
 void SnapshotKeeperX11::handle(const xcb_generic_event_t& event) {
+    m_inbox.handle(event);
     if (m_reader)
         m_reader->handle(event);
 }
@@ -78,7 +84,7 @@ void SnapshotKeeperX11::read() {
         return;
     }
     m_reader = std::make_unique<SelectionReaderX11>(
-        m_thread, m_atoms, m_own.selection(),
+        m_thread, m_atoms, m_inbox, m_own.selection(),
         [this](std::optional<SelectionContent> content) { finish(std::move(content)); });
     if (!m_waiting.empty())
         m_reader->hurry();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/linux/SelectionContentX11.h"
+#include "platform/linux/SelectionInboxX11.h"
 #include "platform/linux/SelectionOwnerX11.h"
 #include "platform/linux/SelectionReaderX11.h"
 #include "platform/linux/SelectionThreadX11.h"
@@ -47,6 +48,7 @@ private:
     SelectionThreadX11& m_thread;
     AtomsX11& m_atoms;
     SelectionOwnerX11& m_own;
+    SelectionInboxX11 m_inbox;
     std::unique_ptr<SelectionReaderX11> m_reader;
     std::optional<Outcome> m_outcome;
     std::vector<Taken> m_waiting;

@@ -110,6 +110,15 @@ TEST_F(ClipboardX11Snapshot, ofAFrozenOwnerIsNothingAndBlocksNobody) {
     EXPECT_EQ(requestor.read("UTF8_STRING")->data, "stays");
 }
 
+TEST_F(ClipboardX11Snapshot, leavesAnOwnerThatAnswersTooLateAliveAndWithItsContent) {
+    XclipOwner owner({.data = "frozen", .type = {}});
+    owner.program().signal(SIGSTOP);
+    ASSERT_FALSE(take().snapshot.has_value());
+    owner.program().signal(SIGCONT);
+    EXPECT_EQ(pasteWithXclip(), "frozen");
+    EXPECT_EQ(dataOf(take().snapshot, "UTF8_STRING"), "frozen");
+}
+
 TEST_F(ClipboardX11Snapshot, ofAFrozenOwnerCostsNothingWhenItWasPreparedLongBefore) {
     XclipOwner owner({.data = "frozen", .type = {}});
     owner.program().signal(SIGSTOP);
