@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/DictRow.h"
 
-#include "ui/SystemFont.h"
 #include "ui/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -15,11 +14,9 @@ namespace {
 
 class Field : public QLineEdit {
 public:
-    Field(const QString& text, const QString& placeholder) {
+    explicit Field(const QString& placeholder) {
         // A text of the configuration is never cut by being shown.
         setMaxLength(std::numeric_limits<int>::max());
-        setText(text);
-        setCursorPosition(0);
         setPlaceholderText(placeholder);
         setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     }
@@ -45,14 +42,15 @@ public:
 }  // namespace
 
 DictRow::DictRow(const DictTexts& texts)
-    : m_heard(new Field(texts.heard, QStringLiteral("heard"))),
-      m_replacement(new Field(texts.replacement, QStringLiteral("replace with"))),
+    : m_heard(new Field(QStringLiteral("heard"))),
+      m_replacement(new Field(QStringLiteral("replace with"))),
       m_remove(new SignButton(QStringLiteral("✕"))) {
+    setTexts(texts);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(8);
     layout->addWidget(m_heard);
-    layout->addWidget(new TextLabel(QStringLiteral("→"), {.role = TextRole::secondary}));
+    layout->addWidget(new TextLabel(QStringLiteral("→"), {.look = {.role = TextRole::secondary}}));
     layout->addWidget(m_replacement);
     layout->addWidget(m_remove);
     m_remove->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
@@ -77,6 +75,13 @@ DictRow::DictRow(const DictTexts& texts)
 
 DictTexts DictRow::texts() const {
     return {.heard = m_heard->text(), .replacement = m_replacement->text()};
+}
+
+void DictRow::setTexts(const DictTexts& texts) {
+    m_heard->setText(texts.heard);
+    m_heard->setCursorPosition(0);
+    m_replacement->setText(texts.replacement);
+    m_replacement->setCursorPosition(0);
 }
 
 void DictRow::setPlace(int place) {

@@ -23,6 +23,7 @@ public:
     explicit DictRow(const DictTexts& texts);
 
     [[nodiscard]] DictTexts texts() const;
+    void setTexts(const DictTexts& texts);
 
     /// Names the controls after the row's place, which begins at 1.
     void setPlace(int place);

@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 
 namespace sayloft {
@@ -27,8 +28,9 @@ QString trimmed(const QString& text) {
     return first < last ? QString(first, static_cast<int>(last - first)) : QString();
 }
 
-QString stringAt(const std::vector<QString>& entry, std::size_t index) {
-    return index < entry.size() ? entry[index] : QString();
+DictTexts textsOf(const std::vector<QString>& entry) {
+    return {.heard = entry.empty() ? QString() : entry[0],
+            .replacement = entry.size() < 2 ? QString() : entry[1]};
 }
 
 }  // namespace
@@ -60,12 +62,14 @@ void DictWindowController::build() {
     layout->addWidget(rows, 1, Qt::AlignLeading);
     layout->addWidget(m_add, 0, Qt::AlignLeading);
     layout->addWidget(
-        new TextLabel(QStringLiteral("Applied to every transcript (case-insensitive). Example: "
-                                     "“solona” → “Solana”."),
-                      {.points = 11, .role = TextRole::tertiary, .width = 400, .wraps = true}),
+        new TextLabel(
+            QStringLiteral("Applied to every transcript (case-insensitive). Example: "
+                           "“solona” → “Solana”."),
+            {.look = {.size = 11, .role = TextRole::tertiary}, .width = 400, .wraps = true}),
         0, Qt::AlignLeading);
     layout->addStretch();
-    makePlainWindow(*m_window, content, {460, 380});
+    makePlainWindow(*m_window);
+    fillWindow(*m_window, content, {460, 380});
     m_window->setWindowTitle(QStringLiteral("Dictionary"));
     m_window->installEventFilter(this);
     const QString add = QStringLiteral("＋ Add replacement");
@@ -81,15 +85,14 @@ void DictWindowController::show() {
 }
 
 void DictWindowController::refresh() {
-    while (rows->count() > 0) {
-        DictRow* old = row(0);
-        old->retire();
-        rows->remove(old);
-    }
-    if (app) {
-        for (const std::vector<QString>& entry : app->cfg.replacements)
-            appendRow(entry);
-    }
+    const std::vector<std::vector<QString>> entries =
+        app ? app->cfg.replacements : std::vector<std::vector<QString>>();
+    const std::size_t kept = std::min(entries.size(), static_cast<std::size_t>(rows->count()));
+    for (std::size_t i = 0; i < kept; ++i)
+        row(static_cast<int>(i))->setTexts(textsOf(entries[i]));
+    while (rows->count() > static_cast<int>(kept))
+        takeAway(row(rows->count() - 1));
+    appendRows({entries.begin() + static_cast<std::ptrdiff_t>(kept), entries.end()});
     rowsChanged();
 }
 
@@ -125,17 +128,26 @@ bool DictWindowController::eventFilter(QObject* watched, QEvent* event) {
     return QObject::eventFilter(watched, event);
 }
 
-void DictWindowController::appendRow(const std::vector<QString>& entry) {
-    auto* added = new DictRow({.heard = stringAt(entry, 0), .replacement = stringAt(entry, 1)});
-    added->onCommit = [this] { commit(); };
-    added->onRemove = [this, added] { removePair(added); };
+void DictWindowController::appendRows(const std::vector<std::vector<QString>>& entries) {
+    std::vector<QWidget*> added;
+    added.reserve(entries.size());
+    for (const std::vector<QString>& entry : entries) {
+        auto* made = new DictRow(textsOf(entry));
+        made->onCommit = [this] { commit(); };
+        made->onRemove = [this, made] { removePair(made); };
+        added.push_back(made);
+    }
     rows->append(added);
 }
 
-void DictWindowController::removePair(DictRow* gone) {
+void DictWindowController::takeAway(DictRow* gone) {
     // It would commit as it loses the keyboard.
     gone->retire();
     rows->remove(gone);
+}
+
+void DictWindowController::removePair(DictRow* gone) {
+    takeAway(gone);
     rowsChanged();
     commit();
 }

@@ -45,7 +45,8 @@ protected:
 
 private:
     void build();
-    void appendRow(const std::vector<QString>& entry);
+    void appendRows(const std::vector<std::vector<QString>>& entries);
+    void takeAway(DictRow* row);
     void removePair(DictRow* row);
     void rowsChanged();
     void windowWillClose();

@@ -42,8 +42,8 @@ QGridLayout* makeGrid(std::initializer_list<StepRow> steps) {
     grid->setHorizontalSpacing(14);
     int row = 0;
     for (const StepRow& step : steps) {
-        auto* title =
-            new TextLabel(QString::fromUtf8(step.title), {.weight = QFont::Medium, .width = 130});
+        auto* title = new TextLabel(QString::fromUtf8(step.title),
+                                    {.look = {.weight = QFont::Medium}, .width = 130});
         grid->addWidget(title, row, 0, Qt::AlignLeading | Qt::AlignVCenter);
         grid->addWidget(step.middle, row, 1, Qt::AlignLeading | Qt::AlignVCenter);
         grid->addWidget(step.button, row, 2, Qt::AlignVCenter);
@@ -77,11 +77,11 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
       m_hotkeys(new TextLabel(
           QStringLiteral("Hold ⌘⇧ to dictate. “Dictate + Enter” is off — add or change either "
                          "combo anytime."),
-          {.points = 11, .role = TextRole::secondary, .width = 210, .wraps = true})),
+          {.look = {.size = 11, .role = TextRole::secondary}, .width = 210, .wraps = true})),
       m_tray(new TextLabel(
           QStringLiteral("No tray for the icon: add GNOME's AppIndicator extension, or a tray to "
                          "your panel."),
-          {.points = 11, .role = TextRole::secondary, .width = 430, .wraps = true})),
+          {.look = {.size = 11, .role = TextRole::secondary}, .width = 430, .wraps = true})),
       micBtn(new QPushButton(QStringLiteral("Grant"))),
       accBtn(new QPushButton(QStringLiteral("Grant"))),
       modelBtn(new QPushButton(QStringLiteral("Download"))),
@@ -107,11 +107,11 @@ void OnboardWindowController::build() {
     auto* layout = new QVBoxLayout(content);
     layout->setContentsMargins(24, 24, 24, 24);
     layout->setSpacing(16);
-    layout->addWidget(
-        new TextLabel(QStringLiteral("Welcome to Sayloft"), {.points = 18, .weight = QFont::Bold}));
+    layout->addWidget(new TextLabel(QStringLiteral("Welcome to Sayloft"),
+                                    {.look = {.size = 18, .weight = QFont::Bold}}));
     layout->addWidget(
         new TextLabel(QStringLiteral("Grant two permissions — the model downloads automatically."),
-                      {.points = 12, .role = TextRole::secondary}));
+                      {.look = {.size = 12, .role = TextRole::secondary}}));
     layout->addLayout(makeGrid({{"1. Microphone", micStatus, micBtn},
                                 {"2. Accessibility", accStatus, accBtn},
                                 {"3. Model", modelStatus, modelBtn},
@@ -119,7 +119,8 @@ void OnboardWindowController::build() {
     layout->addWidget(m_tray);
     layout->addWidget(m_done, 0, Qt::AlignLeading);
     layout->addStretch();
-    makePlainWindow(*m_window, content, {480, 360});
+    makePlainWindow(*m_window);
+    fillWindow(*m_window, content, {480, 360});
     m_window->setWindowTitle(QStringLiteral("Welcome to Sayloft"));
     m_window->installEventFilter(this);
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/PlainWindow.h"
 
+#include "ui/TextLook.h"
+
 #include <QKeySequence>
 #include <QShortcut>
 #include <QVBoxLayout>
@@ -8,16 +10,20 @@
 
 namespace sayloft {
 
-void makePlainWindow(QWidget& window, QWidget* content, QSize size) {
+void makePlainWindow(QWidget& window) {
     window.setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                           Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    followDesktop(window);
+    auto* close = new QShortcut(QKeySequence::Close, &window);
+    QObject::connect(close, &QShortcut::activated, &window, &QWidget::close);
+}
+
+void fillWindow(QWidget& window, QWidget* content, QSize size) {
     content->setMinimumSize(size);
     auto* layout = new QVBoxLayout(&window);
     layout->setContentsMargins({});
     layout->addWidget(content);
     layout->setSizeConstraint(QLayout::SetFixedSize);
-    auto* close = new QShortcut(QKeySequence::Close, &window);
-    QObject::connect(close, &QShortcut::activated, &window, &QWidget::close);
 }
 
 void bringToFront(QWidget& window) {

@@ -38,9 +38,11 @@ QWidget* ScrolledRows::row(int index) const {
     return m_rows->itemAt(index)->widget();
 }
 
-void ScrolledRows::append(QWidget* row) {
-    m_rows->addWidget(row, 0, Qt::AlignLeading);
-    row->show();
+void ScrolledRows::append(const std::vector<QWidget*>& rows) {
+    for (QWidget* const row : rows) {
+        m_rows->addWidget(row, 0, Qt::AlignLeading);
+        row->show();
+    }
     fitRows();
 }
 

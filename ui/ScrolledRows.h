@@ -3,6 +3,8 @@
 
 #include <QScrollArea>
 
+#include <vector>
+
 class QVBoxLayout;
 
 namespace sayloft {
@@ -15,7 +17,7 @@ public:
 
     [[nodiscard]] int count() const;
     [[nodiscard]] QWidget* row(int index) const;
-    void append(QWidget* row);
+    void append(const std::vector<QWidget*>& rows);
     /// The row goes out of sight at once and is deleted once its own events are over.
     void remove(QWidget* row);
 

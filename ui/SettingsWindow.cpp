@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/SettingsWindow.h"
 
-#include "ui/TextLook.h"
+#include "ui/PlainWindow.h"
 
 #include <QEvent>
 #include <QScreen>
@@ -19,8 +19,7 @@ constexpr QSize usualFrame(16, 48);
 }  // namespace
 
 SettingsWindow::SettingsWindow(QWidget* form) {
-    setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                   Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+    makePlainWindow(*this);
     setWindowTitle(QStringLiteral("Sayloft Settings"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
@@ -41,19 +40,10 @@ void SettingsWindow::centre() {
     move(place.topLeft());
 }
 
-void SettingsWindow::bringToFront() {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    raise();
-    activateWindow();
-}
-
 bool SettingsWindow::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate)
         Q_EMIT becameKey();
-    const bool isHandled = QScrollArea::event(event);
-    TextLook::followDesktop(*this, *event);
-    return isHandled;
+    return QScrollArea::event(event);
 }
 
 bool SettingsWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -14,7 +14,6 @@ public:
     explicit SettingsWindow(QWidget* form);
 
     void centre();
-    void bringToFront();
 
 Q_SIGNALS:
     void becameKey();

@@ -9,6 +9,7 @@
 #include "ui/ChipList.h"
 #include "ui/ModelRow.h"
 #include "ui/PermissionRow.h"
+#include "ui/PlainWindow.h"
 #include "ui/SettingsForm.h"
 #include "ui/SettingsWindow.h"
 #include "ui/TimingRow.h"
@@ -44,7 +45,7 @@ SettingsWindowController::~SettingsWindowController() {
 }
 
 void SettingsWindowController::show() {
-    m_window->bringToFront();
+    bringToFront(*m_window);
 }
 
 void SettingsWindowController::refresh() {

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFontDatabase>
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QWidget>
 
@@ -14,6 +15,7 @@ namespace {
 
 constexpr double sizeOfDesktopFont = 13;
 constexpr double pointsPerPixel = 0.75;
+constexpr double largestOrdinaryPixels = 15;  ///< of the fonts that desktops come with
 
 double scaled(double desktopSize, double smallestSize, int size) {
     return std::max(desktopSize * size / sizeOfDesktopFont, std::min(desktopSize, smallestSize));
@@ -26,6 +28,28 @@ bool digitsAreEquallyWide(const QFont& font) {
         return qFuzzyCompare(metrics.horizontalAdvance(digit), metrics.horizontalAdvance(u'0'));
     });
 }
+
+// Only windows are told about the desktop.
+class DesktopFollower : public QObject {
+public:
+    explicit DesktopFollower(QWidget& window) : QObject(&window) {
+        window.installEventFilter(this);
+    }
+
+    bool eventFilter(QObject* window, QEvent* event) override {
+        if (event->type() == QEvent::ApplicationFontChange)
+            forEachLook(*window, &TextLook::applyFont);
+        else if (event->type() == QEvent::ApplicationPaletteChange)
+            forEachLook(*window, &TextLook::applyColour);
+        return QObject::eventFilter(window, event);
+    }
+
+private:
+    static void forEachLook(const QObject& window, void (TextLook::*apply)()) {
+        for (TextLook* const look : window.findChildren<TextLook*>())
+            (look->*apply)();
+    }
+};
 
 }  // namespace
 
@@ -41,6 +65,15 @@ QFont fontFor(const TextStyle& style, const QFont& desktopFont) {
     return font;
 }
 
+int widthForFont(int width) {
+    const double pixels = QFontInfo(QApplication::font()).pixelSize();
+    return qRound(width * std::max(1.0, pixels / largestOrdinaryPixels));
+}
+
+void followDesktop(QWidget& window) {
+    new DesktopFollower(window);
+}
+
 TextLook::TextLook(QWidget* widget, const TextStyle& style)
     : QObject(widget), m_widget(widget), m_style(style) {
     applyFont();
@@ -52,15 +85,6 @@ void TextLook::setRole(TextRole role) {
         return;
     m_style.role = role;
     applyColour();
-}
-
-// Only windows are told about the desktop.
-void TextLook::followDesktop(const QWidget& window, const QEvent& event) {
-    const bool isFont = event.type() == QEvent::ApplicationFontChange;
-    if (!isFont && event.type() != QEvent::ApplicationPaletteChange)
-        return;
-    for (TextLook* const look : window.findChildren<TextLook*>())
-        isFont ? look->applyFont() : look->applyColour();
 }
 
 void TextLook::applyFont() {

@@ -22,7 +22,14 @@ struct TextStyle {
 /// own font is smaller than that.
 [[nodiscard]] QFont fontFor(const TextStyle& style, const QFont& desktopFont);
 
-/// Gives a widget a look, and belongs to it.
+/// A width that suits an ordinary font; more where the desktop's font is larger than that, so that
+/// as much text fits.
+[[nodiscard]] int widthForFont(int width);
+
+/// From now on the looks in `window` go with the desktop when it has another font or other colours.
+void followDesktop(QWidget& window);
+
+/// Gives a widget a look, and belongs to it. Where the widget is in a window, see followDesktop.
 class TextLook : public QObject {
     Q_OBJECT
 
@@ -31,14 +38,10 @@ public:
 
     void setRole(TextRole role);
 
-    /// To be called for every event of a window: gives what is in it its looks again when the
-    /// desktop has another font or other colours.
-    static void followDesktop(const QWidget& window, const QEvent& event);
-
-private:
     void applyFont();
     void applyColour();
 
+private:
     QWidget* m_widget;
     TextStyle m_style;
 };

@@ -25,9 +25,10 @@ protected:
 
     /// The buttons in the order of the layout; the last is the one that adds.
     [[nodiscard]] std::vector<QPushButton*> buttons() const {
-        std::vector<QPushButton*> all;
-        for (int index = 0; index < m_list.layout()->count(); ++index)
-            all.push_back(qobject_cast<QPushButton*>(m_list.layout()->itemAt(index)->widget()));
+        std::vector<QPushButton*> all(static_cast<std::size_t>(m_list.layout()->count()));
+        for (std::size_t i = 0; i < all.size(); ++i)
+            all[i] = qobject_cast<QPushButton*>(
+                m_list.layout()->itemAt(static_cast<int>(i))->widget());
         return all;
     }
 

@@ -138,9 +138,11 @@ TEST_F(SettingsWindowTest, scrollsToTheControlThatGetsTheFocus) {
 
 TEST_F(SettingsWindowTest, wrapsManyChords) {
     open(manyChords);
-    EXPECT_EQ(window->width() -
-                  window->verticalScrollBar()->isVisible() * window->verticalScrollBar()->width(),
-              640);
+    const QScrollBar& bar = *window->verticalScrollBar();
+    EXPECT_TRUE(test::waitUntil([&] {
+        return window->width() - (bar.isVisible() ? bar.width() : 0) == 640;
+    })) << window->width()
+        << ", bar " << bar.isVisible() << ' ' << bar.width();
     EXPECT_EQ(clipped(), QStringList());
 }
 

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "ui/TextLabel.h"
 
-#include "ui/SystemFont.h"
-
 #include <QApplication>
 #include <QFontInfo>
 #include <QHBoxLayout>
@@ -47,8 +45,8 @@ QColor colourOf(const QLabel& label) {
 TEST_F(TextLabelTest, isAsLargeAsItsShareOfTheSystemsFont) {
     useFont(26);
     const TextLabel ordinary(QStringLiteral("text"), {});
-    const TextLabel small(QStringLiteral("text"), {.points = 11});
-    const TextLabel header(QStringLiteral("text"), {.points = 18, .weight = QFont::Bold});
+    const TextLabel small(QStringLiteral("text"), {.look = {.size = 11}});
+    const TextLabel header(QStringLiteral("text"), {.look = {.size = 18, .weight = QFont::Bold}});
     EXPECT_EQ(ordinary.font().pixelSize(), 26);
     EXPECT_EQ(small.font().pixelSize(), 22);
     EXPECT_EQ(header.font().pixelSize(), 36);
@@ -57,18 +55,21 @@ TEST_F(TextLabelTest, isAsLargeAsItsShareOfTheSystemsFont) {
 
 TEST_F(TextLabelTest, followsTheSystemsFont) {
     useFont(13);
-    TextLabel label(QStringLiteral("text"), {.points = 11});
-    EXPECT_EQ(label.font().pixelSize(), 11);
-    label.show();
+    QWidget window;
+    followDesktop(window);
+    auto* label = new TextLabel(QStringLiteral("text"), {.look = {.size = 11}});
+    (new QHBoxLayout(&window))->addWidget(label);
+    EXPECT_EQ(label->font().pixelSize(), 11);
     useFont(26);
-    EXPECT_EQ(label.font().pixelSize(), 22);
+    EXPECT_EQ(label->font().pixelSize(), 22);
 }
 
 TEST_F(TextLabelTest, followsThePalette) {
     usePalette(0xffffffff, 0xff000000);
     QWidget window;
-    auto* label = new TextLabel(QStringLiteral("text"), {.role = TextRole::secondary});
+    auto* label = new TextLabel(QStringLiteral("text"), {.look = {.role = TextRole::secondary}});
     (new QHBoxLayout(&window))->addWidget(label);
+    followDesktop(window);
     const QColor onLight = colourOf(*label);
     EXPECT_EQ(onLight, textColour(TextRole::secondary, QApplication::palette()));
     usePalette(0xff202020, 0xffffffff);

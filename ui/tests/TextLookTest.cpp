@@ -56,17 +56,9 @@ TEST_F(TextLookTest, hasDigitsOfOneWidthWhereThatIsAskedFor) {
     EXPECT_DOUBLE_EQ(metrics.horizontalAdvance(u'1'), metrics.horizontalAdvance(u'8'));
 }
 
-class Window : public QWidget {
-protected:
-    bool event(QEvent* event) override {
-        const bool isHandled = QWidget::event(event);
-        TextLook::followDesktop(*this, *event);
-        return isHandled;
-    }
-};
-
 TEST_F(TextLookTest, followsAChangeOfTheFont) {
-    Window window;
+    QWidget window;
+    followDesktop(window);
     QLabel label(&window);
     new TextLook(&label, {.size = 11});
     QApplication::setFont(ofPoints(26));
@@ -74,7 +66,8 @@ TEST_F(TextLookTest, followsAChangeOfTheFont) {
 }
 
 TEST_F(TextLookTest, followsAChangeToDark) {
-    Window window;
+    QWidget window;
+    followDesktop(window);
     QLabel label(&window);
     new TextLook(&label, {.role = TextRole::good});
     const QPalette dark(QColor(40, 42, 46), QColor(40, 42, 46));
