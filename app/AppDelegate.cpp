@@ -45,6 +45,7 @@ AppDelegate::AppDelegate(Platform platform)
       m_permissions(*m_platform.audioInput, *m_platform.privacy),
       m_troubles(*m_platform.notifier, *m_platform.audioInput, *m_platform.trayItem),
       m_recorder(*m_platform.audioInput),
+      m_transcriber(Transcriber::endpoint(), {}, [this] { return m_parakeet.hasPort(); }),
       m_paster(*m_platform.clipboard, *m_platform.keyPoster),
       m_models({.cfg = cfg, .downloader = m_downloader, .recorder = m_recorder}, *this),
       m_session({.cfg = cfg,
@@ -78,6 +79,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_recorder.boost = cfg.boostMic;
     m_parakeet.onReady = [this] { setState(IconState::ready); };
     m_parakeet.onGone = [this] { m_troubles.serverGone(); };
+    m_parakeet.onStranger = [this] { m_troubles.strangerAtPort(); };
     const QString model = modelPath(modelInfo(cfg.model).file);
     m_troubles.serverStarts(model);
     m_parakeet.start(model);

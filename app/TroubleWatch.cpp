@@ -79,6 +79,10 @@ void TroubleWatch::serverGone() {
     set(Trouble::helperGone, !taken);
 }
 
+void TroubleWatch::strangerAtPort() {
+    set(Trouble::portTaken, true);
+}
+
 void TroubleWatch::dictationBegins() {
     reviewSound();
 }

@@ -29,6 +29,8 @@ public:
     /// The server is about to be started with this model.
     void serverStarts(const QString& modelPath);
     void serverGone();
+    /// Another program listens where the server should.
+    void strangerAtPort();
     /// A dictation begins, so that a sound server is needed now.
     void dictationBegins();
 

@@ -16,8 +16,6 @@
 #include <string>
 #include <thread>
 
-#include <time.h>
-
 namespace sayloft::bench {
 namespace {
 
@@ -34,22 +32,12 @@ struct Usage {
     long pssKb = 0;
 };
 
-// Finer than the ticks of /proc/<pid>/stat, which are 10 ms long.
-double processorTimeOf(qint64 pid) {
-    clockid_t clock = {};
-    timespec used = {};
-    if (::clock_getcpuclockid(static_cast<pid_t>(pid), &clock) != 0 ||
-        ::clock_gettime(clock, &used) != 0)
-        throw std::runtime_error("the processor time cannot be read");
-    return 1e3 * static_cast<double>(used.tv_sec) + 1e-6 * static_cast<double>(used.tv_nsec);
-}
-
 Usage usageOf(qint64 pid) {
     const QString memory = QStringLiteral("/proc/%1/smaps_rollup").arg(pid);
-    return {.processorMs = processorTimeOf(pid),
+    return {.processorMs = test::processorMillisecondsOf(pid),
             .switches = test::threadSwitchesOf(pid),
             .rssKb = test::numberIn(memory, "Rss"),
-            .pssKb = test::numberIn(memory, "Pss")};
+            .pssKb = test::proportionalKilobytesOf(pid)};
 }
 
 qint64 helperOf(qint64 app) {

@@ -94,8 +94,8 @@ void reportShown(const Stretch& shown, const Stretch& timer) {
     print({.name = "pill shown: processor time in 20 s",
            .value = percentOfACore(shown.processorMs, shownFor),
            .peer = "empty, 60 Hz timer",
-           .peerValue = percentOfACore(timer.processorMs * shownFor.count() / hiddenFor.count(),
-                                       shownFor)});
+           .peerValue =
+               percentOfACore(timer.processorMs * shownFor.count() / hiddenFor.count(), shownFor)});
     print({.name = "pill shown: frames a second",
            .value = describe(static_cast<double>(shown.frames.size()) / shownFor.count(), 1, ""),
            .peer = {},

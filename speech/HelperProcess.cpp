@@ -51,7 +51,9 @@ bool HelperProcess::launch(const QString& modelPath) {
         logf(QStringLiteral("parakeet-server failed to start: ") + process->errorString());
         return false;
     }
+    m_childId = process->processId();
     connect(process.get(), &QProcess::finished, this, [this] {
+        m_childId = 0;
         if (onGone)
             onGone();
     });
@@ -71,6 +73,7 @@ void HelperProcess::end() {
 }
 
 void HelperProcess::forgetHowChildEnds() {
+    m_childId = 0;
     if (m_process)
         m_process->disconnect(this);
 }

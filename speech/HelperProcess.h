@@ -5,6 +5,7 @@
 #include <QProcess>
 #include <QString>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -22,6 +23,9 @@ public:
     /// True when it runs; the log says what happened.
     [[nodiscard]] bool launch(const QString& modelPath);
 
+    /// 0 while there is none. Any thread.
+    [[nodiscard]] qint64 childId() const { return m_childId; }
+
     /// Asks the child to end and waits for it; after 3 s it is killed. Nothing without a child.
     void end();
 
@@ -35,6 +39,7 @@ private:
 
     QString m_pkill;
     std::unique_ptr<QProcess> m_process;
+    std::atomic<qint64> m_childId = 0;
 };
 
 }  // namespace sayloft

@@ -2,12 +2,15 @@
 #include "speech/ParakeetServer.h"
 
 #include "models/Paths.h"
+#include "platform/PortHolder.h"
 #include "speech/HelperProcess.h"
 #include "storage/Log.h"
 
 #include <QFileInfo>
 
 namespace sayloft {
+
+constexpr quint16 port = 8090;
 
 ParakeetServer::ParakeetServer() : m_process(new HelperProcess) {
     m_process->moveToThread(&m_thread);
@@ -33,6 +36,19 @@ void ParakeetServer::stop() {
     ++m_launchNumber;
     QMetaObject::invokeMethod(
         m_process, [process = m_process] { process->end(); }, Qt::BlockingQueuedConnection);
+}
+
+bool ParakeetServer::hasPort() {
+    const PortHolder holder = holderOfPort(port, m_process->childId());
+    if (holder == PortHolder::somebodyElse) {
+        logf(QStringLiteral("another program listens at port %1 — nothing was sent to it")
+                 .arg(port));
+        QMetaObject::invokeMethod(this, [this] {
+            if (onStranger)
+                onStranger();
+        });
+    }
+    return holder == PortHolder::theProcess;
 }
 
 void ParakeetServer::launch(const QString& modelPath, Before before) {

@@ -36,11 +36,18 @@ public:
 
     [[nodiscard]] bool ready() const { return m_ready; }
 
+    /// Whether what is sent to the server's port gets to the child that was started here. Where
+    /// another program listens there, the log says so and `onStranger` is called. Any thread.
+    [[nodiscard]] bool hasPort();
+
     /// Called on the main thread each time a started server becomes ready.
     std::function<void()> onReady;
 
     /// Called on the main thread when the running server has ended without being asked to.
     std::function<void()> onGone;
+
+    /// Called on the main thread when another program was found at the server's port.
+    std::function<void()> onStranger;
 
 private:
     enum class Before { nothing, endTheRunning };

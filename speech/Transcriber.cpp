@@ -94,8 +94,8 @@ QUrl Transcriber::endpoint() {
 
 Transcriber::Transcriber() : Transcriber(endpoint(), Schedule()) {}
 
-Transcriber::Transcriber(QUrl url, Schedule schedule)
-    : m_url(std::move(url)), m_schedule(schedule) {}
+Transcriber::Transcriber(QUrl url, Schedule schedule, MayPost mayPost)
+    : m_url(std::move(url)), m_schedule(schedule), m_mayPost(std::move(mayPost)) {}
 
 std::optional<QString> Transcriber::transcribe(const QString& wavPath,
                                                const std::stop_token& stop) const {
@@ -107,6 +107,8 @@ std::optional<QString> Transcriber::transcribe(const QString& wavPath,
             pauseFor(m_schedule.pause, stop);
         if (stop.stop_requested())
             return std::nullopt;
+        if (m_mayPost && !m_mayPost())
+            continue;
         if (auto text = post(*wav, stop))
             return text;
     }

@@ -6,6 +6,7 @@
 #include <QUrl>
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <stop_token>
 
@@ -24,8 +25,12 @@ public:
     /// The speech server's transcription address on this machine.
     [[nodiscard]] static QUrl endpoint();
 
+    /// Asked before every attempt, on the thread that transcribes: false lets the attempt fail
+    /// without anything being sent.
+    using MayPost = std::function<bool()>;
+
     Transcriber();
-    Transcriber(QUrl url, Schedule schedule);
+    Transcriber(QUrl url, Schedule schedule, MayPost mayPost = {});
 
     /// Blocks, so never on the main thread; `stop` ends it early without a result. The trimmed
     /// transcript, which may be empty; none when the file cannot be read or no attempt succeeded.
@@ -38,6 +43,7 @@ private:
 
     QUrl m_url;
     Schedule m_schedule;
+    MayPost m_mayPost;
 };
 
 }  // namespace sayloft

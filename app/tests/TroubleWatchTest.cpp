@@ -85,6 +85,13 @@ TEST_F(TheTroubleWatch, seesThatSomebodyElseHasThePort) {
     EXPECT_EQ(m_watch.reason(), QString());
 }
 
+TEST_F(TheTroubleWatch, hearsOfAStrangerAtThePort) {
+    m_watch.strangerAtPort();
+    EXPECT_EQ(m_watch.reason(), QStringLiteral("port 8090 taken"));
+    start();
+    EXPECT_EQ(m_watch.reason(), QString());
+}
+
 TEST_F(TheTroubleWatch, seesThatTheKeysAreOutOfReach) {
     m_watch.keysWatched(false);
     EXPECT_EQ(m_watch.reason(), QStringLiteral("keyboard out of reach"));

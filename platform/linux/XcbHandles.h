@@ -20,8 +20,8 @@ struct XcbFree {
 template <typename T>
 using XcbOwned = std::unique_ptr<T, XcbFree>;
 
-/// While it lives the server serves no other client, so that nothing changes between a look and what
-/// is done about it. For a few round trips at most: every program of the desktop waits.
+/// While it lives the server serves no other client, so that nothing changes between a look and
+/// what is done about it. For a few round trips at most: every program of the desktop waits.
 class XcbServerGrab {
 public:
     explicit XcbServerGrab(xcb_connection_t* connection) : m_connection(connection) {

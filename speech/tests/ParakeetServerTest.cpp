@@ -72,6 +72,27 @@ TEST_F(Server, startedAgainIsTheOnlyOne) {
     EXPECT_EQ(startsWith(second).size(), 1);
 }
 
+TEST_F(Server, hasThePortOnceItListensThere) {
+    EXPECT_FALSE(m_server.hasPort());
+    m_server.start(model("serve"));
+    ASSERT_TRUE(waitForReady());
+    EXPECT_TRUE(m_server.hasPort());
+    m_server.stop();
+    EXPECT_FALSE(m_server.hasPort());
+}
+
+TEST_F(Server, doesNotHaveThePortWhereAStrangerListensAndSaysSo) {
+    const test::RawHttpServer stranger({test::RawAnswer::ok("hello")}, 8090);
+    int strangers = 0;
+    m_server.onStranger = [&strangers] { ++strangers; };
+    m_server.start(model("deaf"));
+    ASSERT_TRUE(waitForReady());
+    EXPECT_FALSE(m_server.hasPort());
+    EXPECT_TRUE(test::waitUntil([&] { return strangers == 1; }));
+    EXPECT_TRUE(m_home.log().contains(
+        QStringLiteral("another program listens at port 8090 — nothing was sent to it")));
+}
+
 TEST_F(Server, clearsAwayAStrangerOfTheSameName) {
     const QString strangersModel = model("ignore-nothing");
     test::ChildProgram stranger(

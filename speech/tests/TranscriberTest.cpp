@@ -84,6 +84,26 @@ TEST_F(Transcription, isAskedForByteForByteAsTheServerExpects) {
     EXPECT_EQ(request.mid(headerEnd + 4), body);
 }
 
+TEST_F(Transcription, sendsNothingWhereItMayNot) {
+    RawHttpServer server({RawAnswer::ok("hello")});
+    int asked = 0;
+    const Transcriber transcriber(urlOf(server), {.pause = 1ms}, [&asked] {
+        ++asked;
+        return false;
+    });
+    EXPECT_FALSE(transcriber.transcribe(m_wav));
+    EXPECT_EQ(asked, 4);
+    EXPECT_TRUE(server.requests().empty());
+}
+
+TEST_F(Transcription, isSentOnceItMayBe) {
+    RawHttpServer server({RawAnswer::ok("hello")});
+    int asked = 0;
+    const Transcriber transcriber(urlOf(server), {.pause = 1ms}, [&asked] { return ++asked == 3; });
+    EXPECT_EQ(transcriber.transcribe(m_wav), QStringLiteral("hello"));
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
 TEST_F(Transcription, goesToTheHelperOnThisMachine) {
     EXPECT_EQ(Transcriber::endpoint().toString(),
               QStringLiteral("http://127.0.0.1:8090/v1/audio/transcriptions"));

@@ -15,8 +15,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::uint16_t helperPort = 8090;
-
 QByteArray configuration(const QByteArray& settings) {
     QByteArray json = R"({"model":"starter","dictateEnterChords":[5])";
     if (!settings.isEmpty())
@@ -40,6 +38,10 @@ DictationDesk::DictationDesk() {
     writeSound(m_noiseFile, m_noise);
 }
 
+void DictationDesk::setEnvironment(const QString& name, const QString& value) {
+    m_extraEnvironment.insert(name, value);
+}
+
 void DictationDesk::startSayloft(const QByteArray& settings) {
     start(settings, QStringLiteral(SAYLOFT_BUNDLE_DIR));
     if (!m_sayloft->waitForHelper())
@@ -48,24 +50,21 @@ void DictationDesk::startSayloft(const QByteArray& settings) {
 
 void DictationDesk::startSayloft(const std::vector<RawAnswer>& answers,
                                  const QByteArray& settings) {
-    listen(answers);
-    start(settings, bundleWithDeafHelper());
-    waitUntilAsked();
+    start(settings, bundleWithRelay());
+    startServer(answers);
 }
 
 void DictationDesk::startSayloftWithoutServer() {
-    start({}, bundleWithDeafHelper());
+    start({}, bundleWithRelay());
 }
 
 void DictationDesk::startServer(const std::vector<RawAnswer>& answers) {
-    listen(answers);
-    waitUntilAsked();
-}
-
-void DictationDesk::listen(const std::vector<RawAnswer>& answers) {
     std::vector<RawAnswer> script{RawAnswer::ok("ready")};
     script.insert(script.end(), answers.begin(), answers.end());
-    m_speechServer = std::make_unique<RawHttpServer>(script, helperPort);
+    m_speechServer = std::make_unique<RawHttpServer>(script);
+    writeFile(modelFile() + QStringLiteral(".port"),
+              QByteArray::number(m_speechServer->port()) + '\n');
+    waitUntilAsked();
 }
 
 // Afterwards every connection is a dictation.
@@ -79,6 +78,7 @@ void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
     QProcessEnvironment environment = m_display.environment();
     m_bus.addTo(environment);
     m_room.addTo(environment);
+    environment.insert(m_extraEnvironment);
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
     m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle);
     if (!m_sayloft->waitForLog(QStringLiteral("event tap installed OK")))
@@ -86,14 +86,14 @@ void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
     waitForSound();
 }
 
-QString DictationDesk::bundleWithDeafHelper() {
+QString DictationDesk::bundleWithRelay() {
     QString bundle = m_directory.filePath(QStringLiteral("Sayloft.app"));
     run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
     const QString helper = bundle + QStringLiteral("/Contents/Helpers/parakeet-server");
     QFile::remove(helper);
     if (!QFile::copy(QStringLiteral(SAYLOFT_FOREIGN_HELPER), helper))
         throw std::runtime_error("could not replace " + helper.toStdString());
-    writeFile(home() + QStringLiteral("/.sayloft/models/starter-en-us.model"), "deaf");
+    writeFile(modelFile(), "relay");
     return bundle;
 }
 

@@ -31,18 +31,20 @@ public:
 
     DictationDesk();
 
+    /// For the program only; before it is started.
+    void setEnvironment(const QString& name, const QString& value);
+
     /// Starts the program with its own speech helper. `settings` are members of its configuration
     /// beside those that every test shares.
     void startSayloft(const QByteArray& settings = {});
 
-    /// Starts it with a helper that does nothing, while the test itself answers at the helper's
-    /// port: the dictations get `answers`, one for each connection, the last of them again and
-    /// again.
+    /// Starts it with a helper that leaves the answers to the test: the dictations get `answers`,
+    /// one for each connection, the last of them again and again.
     void startSayloft(const std::vector<RawAnswer>& answers, const QByteArray& settings = {});
 
-    /// Starts it with a helper that does nothing and nobody at the helper's port.
+    /// The same, but the helper does not listen yet.
     void startSayloftWithoutServer();
-    /// Ends that: somebody answers as if the test had been started with him.
+    /// Ends that.
     void startServer(const std::vector<RawAnswer>& answers);
 
     /// Presses the keys and waits until the microphone is open.
@@ -78,7 +80,7 @@ public:
     void waitForSound() const;
 
     [[nodiscard]] const XServer& display() const { return m_display; }
-    [[nodiscard]] const SessionBus& bus() const { return m_bus; }
+    [[nodiscard]] SessionBus& bus() { return m_bus; }
     [[nodiscard]] TestKeyboard& keyboard() { return m_keyboard; }
     [[nodiscard]] SoundServer& room() { return m_room; }
     [[nodiscard]] TargetApplication& editor() { return m_editor; }
@@ -86,9 +88,11 @@ public:
 
 private:
     void start(const QByteArray& settings, const QString& bundle);
-    void listen(const std::vector<RawAnswer>& answers);
     void waitUntilAsked() const;
-    [[nodiscard]] QString bundleWithDeafHelper();
+    [[nodiscard]] QString bundleWithRelay();
+    [[nodiscard]] QString modelFile() const {
+        return home() + QStringLiteral("/.sayloft/models/starter-en-us.model");
+    }
     [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
 
     QTemporaryDir m_directory;
@@ -101,6 +105,7 @@ private:
     Samples m_noise = noise(8000);
     QString m_noiseFile = m_directory.filePath(QStringLiteral("noise.wav"));
     std::unique_ptr<RawHttpServer> m_speechServer;
+    QProcessEnvironment m_extraEnvironment;
     std::unique_ptr<SayloftProgram> m_sayloft;
 };
 

@@ -42,6 +42,16 @@ protected:
         EXPECT_FALSE(test::helperRuns());
     }
 
+    void expectNothingIsSentTo(const test::RawHttpServer& stranger) {
+        m_desk.say();
+        EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+        EXPECT_TRUE(m_desk.sayloft().log().contains(
+            QStringLiteral("another program listens at port 8090 — nothing was sent to it")));
+        for (const QByteArray& request : stranger.requests())
+            EXPECT_TRUE(request.startsWith("GET / ")) << request.left(200).toStdString();
+        EXPECT_EQ(m_desk.editor().textOnce({}), QString());
+    }
+
     DictationDesk m_desk;
 };
 
@@ -63,6 +73,20 @@ TEST_F(HelperTrouble, aHelperKilledWhileItTranscribesFailsTheDictationOnly) {
     EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
     EXPECT_TRUE(m_desk.sayloft().program().isRunning());
     expectPromptEnd();
+}
+
+TEST_F(HelperTrouble, noSoundGoesToAStrangerThatHasThePortBeforeTheStart) {
+    const test::RawHttpServer stranger({RawAnswer::ok("I heard you")}, 8090);
+    m_desk.startSayloft();
+    expectNothingIsSentTo(stranger);
+}
+
+TEST_F(HelperTrouble, noSoundGoesToAStrangerThatTakesThePortOfAKilledHelper) {
+    m_desk.startSayloft();
+    signalHelper(SIGKILL);
+    ASSERT_TRUE(test::waitUntil([] { return !test::helperRuns(); }));
+    const test::RawHttpServer stranger({RawAnswer::ok("I heard you")}, 8090);
+    expectNothingIsSentTo(stranger);
 }
 
 TEST_F(HelperTrouble, aFrozenHelperDelaysTheTextUntilItGoesOn) {

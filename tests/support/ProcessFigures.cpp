@@ -7,6 +7,8 @@
 
 #include <stdexcept>
 
+#include <time.h>
+
 namespace sayloft::test {
 
 long numberIn(const QString& path, const QByteArray& name) {
@@ -26,6 +28,29 @@ ThreadSwitches threadSwitchesOf(qint64 pid) {
         switches.involuntary += numberIn(status, "nonvoluntary_ctxt_switches");
     }
     return switches;
+}
+
+double processorMillisecondsOf(qint64 pid) {
+    clockid_t clock = {};
+    timespec used = {};
+    if (::clock_getcpuclockid(static_cast<pid_t>(pid), &clock) != 0 ||
+        ::clock_gettime(clock, &used) != 0)
+        throw std::runtime_error("the processor time cannot be read");
+    return 1e3 * static_cast<double>(used.tv_sec) + 1e-6 * static_cast<double>(used.tv_nsec);
+}
+
+long proportionalKilobytesOf(qint64 pid) {
+    return numberIn(QStringLiteral("/proc/%1/smaps_rollup").arg(pid), "Pss");
+}
+
+int threadsOf(qint64 pid) {
+    return static_cast<int>(numberIn(QStringLiteral("/proc/%1/status").arg(pid), "Threads"));
+}
+
+int openFilesOf(qint64 pid) {
+    const QDir files(QStringLiteral("/proc/%1/fd").arg(pid));
+    return static_cast<int>(
+        files.entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size());
 }
 
 }  // namespace sayloft::test

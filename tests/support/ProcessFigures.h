@@ -19,4 +19,13 @@ struct ThreadSwitches {
 /// Of all threads that the process has just now.
 [[nodiscard]] ThreadSwitches threadSwitchesOf(qint64 pid);
 
+/// User and system time of all threads since the start, finer than the ticks of /proc.
+[[nodiscard]] double processorMillisecondsOf(qint64 pid);
+
+/// Memory that is the process's own, plus its share of what it has in common with others.
+[[nodiscard]] long proportionalKilobytesOf(qint64 pid);
+
+[[nodiscard]] int threadsOf(qint64 pid);
+[[nodiscard]] int openFilesOf(qint64 pid);
+
 }  // namespace sayloft::test

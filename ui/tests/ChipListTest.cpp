@@ -27,8 +27,8 @@ protected:
     [[nodiscard]] std::vector<QPushButton*> buttons() const {
         std::vector<QPushButton*> all(static_cast<std::size_t>(m_list.layout()->count()));
         for (std::size_t i = 0; i < all.size(); ++i)
-            all[i] = qobject_cast<QPushButton*>(
-                m_list.layout()->itemAt(static_cast<int>(i))->widget());
+            all[i] =
+                qobject_cast<QPushButton*>(m_list.layout()->itemAt(static_cast<int>(i))->widget());
         return all;
     }
 

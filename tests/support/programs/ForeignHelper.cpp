@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Stands for a speech server that is not ours and behaves as the model file tells it. The file's
-// first word is one of: serve, not-found, exit, print, ignore-term, deaf, slow. A file
+// first word is one of: serve, not-found, exit, print, ignore-term, deaf, slow, relay. A file
 // "<model>.log" gets a line with the process id and the arguments, and "<model>.ended" comes to be
-// when the process is asked to end.
+// when the process is asked to end. A relay leads to the port that "<model>.port" holds, as soon as
+// there is such a file.
 
 #include "tests/support/Loopback.h"
 
@@ -35,6 +36,47 @@ void serve(std::uint16_t port, const std::string& answer) {
         [[maybe_unused]] const auto sent =
             ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
         ::close(connection);
+    }
+}
+
+/// Until `from` has nothing more to say, which `to` is told.
+void pass(int from, int to) {
+    std::array<char, 65536> bytes{};
+    ssize_t got = 0;
+    while ((got = ::recv(from, bytes.data(), bytes.size(), 0)) > 0) {
+        for (ssize_t sent = 0; sent < got;) {
+            const ssize_t now =
+                ::send(to, bytes.data() + sent, static_cast<std::size_t>(got - sent), MSG_NOSIGNAL);
+            if (now < 0)
+                return;
+            sent += now;
+        }
+    }
+    ::shutdown(to, SHUT_WR);
+}
+
+void passBothWays(int client, int server) {
+    std::jthread requests([=] { pass(client, server); });
+    pass(server, client);
+    // What the server has no ear for any more, the client need not say.
+    ::shutdown(client, SHUT_RDWR);
+    requests.join();
+    ::close(client);
+    ::close(server);
+}
+
+[[noreturn]] void relay(std::uint16_t port, const std::string& portFile) {
+    int serversPort = 0;
+    while (!(std::ifstream(portFile) >> serversPort))
+        std::this_thread::sleep_for(10ms);
+    const int listener = sayloft::test::listenOnLoopback(port);
+    if (listener < 0)
+        std::_Exit(3);
+    for (;;) {
+        const int client = ::accept(listener, nullptr, nullptr);
+        const int server =
+            sayloft::test::connectToLoopback(static_cast<std::uint16_t>(serversPort));
+        std::thread(passBothWays, client, server).detach();
     }
 }
 
@@ -74,6 +116,8 @@ int main(int argc, char** argv) {
         return 1;
     if (behaviour == "deaf")
         sleepForever();
+    if (behaviour == "relay")
+        relay(port, model + ".port");
     if (behaviour == "ignore-term")
         std::signal(SIGTERM, SIG_IGN);
     if (behaviour == "slow")

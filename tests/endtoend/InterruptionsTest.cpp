@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+// What happens around a dictation while it is under way: services that die, a clock that jumps, a
+// computer that sleeps.
+#include "tests/endtoend/Dictation.h"
+#include "tests/support/TempHome.h"
+#include "tests/support/WaitUntil.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <functional>
+#include <ostream>
+#include <string>
+
+namespace sayloft::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+using Interruptions = Dictation;
+
+/// The speech server takes a second for its answer, so that something can happen meanwhile.
+RawAnswer slowly(const QByteArray& text) {
+    RawAnswer answer = RawAnswer::ok(text);
+    answer.trickleMs = static_cast<int>(1000 / answer.bytes.size());
+    return answer;
+}
+
+struct Happening {
+    std::string description;
+    std::function<void(DictationDesk&)> happen;
+};
+
+void PrintTo(const Happening& happening, std::ostream* out) {
+    *out << happening.description;
+}
+
+void killTheSoundServer(DictationDesk& desk) {
+    desk.room().kill();
+    desk.room().restart();
+}
+
+class InterruptedTranscription : public Dictation, public testing::WithParamInterface<Happening> {};
+
+TEST_P(InterruptedTranscription, bringsItsTextAndTheNextDictationWorks) {
+    m_desk.startSayloft({slowly("First"), RawAnswer::ok("Second")});
+    m_desk.say();
+    ASSERT_TRUE(waitUntil([this] { return m_desk.recordings().size() == 1; }));
+    GetParam().happen(m_desk);
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    expectInEditor(QStringLiteral("First"));
+    m_desk.waitForSound();
+    expectSecondOneWorks();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    By, InterruptedTranscription,
+    testing::Values(Happening{"aNewSoundServer", killTheSoundServer},
+                    Happening{"aVanishingMicrophone",
+                              [](DictationDesk& desk) {
+                                  desk.room().removeMicrophone(QStringLiteral("builtin"));
+                                  desk.room().addMicrophone(QStringLiteral("usb"), {});
+                                  desk.room().setDefaultMicrophone(QStringLiteral("usb"));
+                              }},
+                    Happening{"anEndOfTheSessionBus",
+                              [](DictationDesk& desk) { desk.bus().kill(); }},
+                    Happening{"aSleep",
+                              [](DictationDesk& desk) {
+                                  desk.sayloft().program().signal(SIGSTOP);
+                                  turnEventLoopFor(3s);
+                                  desk.sayloft().program().signal(SIGCONT);
+                              }}),
+    [](const auto& row) { return row.param.description; });
+
+TEST_F(Interruptions, ofTheMicrophoneLeaveWhatWasSaidBefore) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.hold();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.room().removeMicrophone(QStringLiteral("builtin"));
+    m_desk.letGo();
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    // A fragment of 20 ms may be on its way.
+    expectSoundIn(m_desk.recordings().front(), 2 * swallowedAtTheStart + swallowedAtTheStart);
+    m_desk.room().addMicrophone(QStringLiteral("usb"), {});
+    m_desk.room().setDefaultMicrophone(QStringLiteral("usb"));
+    expectSecondOneWorks();
+}
+
+TEST_F(Interruptions, ofTheSoundServerThatGoesOnLaterDoNotBlockTheProgram) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.hold();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.room().freeze();
+    m_desk.letGo();
+    EXPECT_TRUE(m_desk.waitForTranscripts(1));
+    m_desk.room().thaw();
+    ASSERT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 0; }));
+    expectSecondOneWorks();
+}
+
+TEST_F(Interruptions, bySleepWhileTheChordIsHeldLoseNothingOfWhatWasSaidBefore) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.hold();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.sayloft().program().signal(SIGSTOP);
+    turnEventLoopFor(3s);
+    m_desk.letGo();
+    m_desk.sayloft().program().signal(SIGCONT);
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    expectSoundIn(m_desk.recordings().front());
+    ASSERT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 0; }));
+    expectSecondOneWorks();
+}
+
+/// The clock on the wall as the program sees it; others do not.
+class ClockJump : public Dictation, public testing::WithParamInterface<std::string> {
+protected:
+    ClockJump() {
+        setClock("+0");
+        m_desk.setEnvironment(QStringLiteral("LD_PRELOAD"), QStringLiteral("libfaketimeMT.so.1"));
+        m_desk.setEnvironment(QStringLiteral("LD_LIBRARY_PATH"),
+                              QStringLiteral(SAYLOFT_FAKETIME_DIR));
+        m_desk.setEnvironment(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), m_clockFile);
+        m_desk.setEnvironment(QStringLiteral("FAKETIME_NO_CACHE"), QStringLiteral("1"));
+        m_desk.setEnvironment(QStringLiteral("DONT_FAKE_MONOTONIC"), QStringLiteral("1"));
+    }
+
+    void setClock(const std::string& offset) const {
+        writeFile(m_clockFile, QByteArray::fromStdString(offset) + '\n');
+    }
+
+    /// Whether the program asks the clock that the test sets.
+    [[nodiscard]] bool isLookedAt() {
+        const qint64 pid = m_desk.sayloft().program().pid();
+        return readFile(QStringLiteral("/proc/%1/maps").arg(pid)).contains("libfaketimeMT");
+    }
+
+    QTemporaryDir m_directory;
+    const QString m_clockFile = m_directory.filePath(QStringLiteral("clock"));
+};
+
+TEST_P(ClockJump, inTheMiddleOfADictationChangesNothing) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    ASSERT_TRUE(isLookedAt());
+    m_desk.hold();
+    m_desk.room().play(m_desk.soundFile());
+    setClock(GetParam());
+    m_desk.letGo();
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    expectSoundIn(m_desk.recordings().front());
+    expectSecondOneWorks();
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ClockJump, testing::Values("+400d", "-400d"), [](const auto& row) {
+    return row.param.front() == '+' ? "aYearAhead" : "aYearBack";
+});
+
+}  // namespace
+}  // namespace sayloft::test
