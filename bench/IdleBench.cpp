@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the program costs while nobody dictates: the real app with its helper and the starter model
-// loaded, on a desktop on which nothing happens, over a minute.
+// loaded, on a desktop on which nothing happens, over a minute; and in the same minute, two other
+// programs that live in a tray.
 #include "bench/Desktop.h"
 #include "bench/Result.h"
 #include "tests/support/ChildProgram.h"
@@ -47,27 +48,43 @@ qint64 helperOf(qint64 app) {
     return pid.trimmed().toLongLong();
 }
 
-void report(const std::string& name, const Usage& before, const Usage& after) {
+/// A program and what it used until the minute began and until it was over.
+struct Measured {
+    std::string name;
+    qint64 pid = 0;
+    Usage before = {};
+    Usage after = {};
+};
+
+std::string perSecond(long count) {
     const double seconds = std::chrono::duration<double>(measured).count();
-    const auto row = [&](const char* what, const std::string& value) {
-        print({.name = name + " idle: " + what, .value = value, .peer = {}, .peerValue = {}});
+    return std::to_string(count) + " (" + describe(static_cast<double>(count) / seconds, 2, "/s") +
+           ")";
+}
+
+std::string processorTime(const Measured& program) {
+    return describe(program.after.processorMs - program.before.processorMs, 2, "ms");
+}
+
+std::string wakeUps(const Measured& program) {
+    return perSecond(program.after.switches.voluntary - program.before.switches.voluntary);
+}
+
+std::string memory(const Measured& program) {
+    return describe(static_cast<double>(program.after.rssKb) / 1024.0, 1, "MiB") + ", own " +
+           describe(static_cast<double>(program.after.pssKb) / 1024.0, 1, "MiB");
+}
+
+void report(const Measured& ours, const Measured& peer) {
+    const auto row = [&](const char* what, std::string (*value)(const Measured&)) {
+        print({.name = ours.name + " idle: " + what,
+               .value = value(ours),
+               .peer = peer.name,
+               .peerValue = peer.pid == 0 ? std::string() : value(peer)});
     };
-    const auto perSecond = [&](long count) {
-        return std::to_string(count) + " (" +
-               describe(static_cast<double>(count) / seconds, 2, "/s") + ")";
-    };
-    const auto megabytes = [](long kb) {
-        return describe(static_cast<double>(kb) / 1024.0, 1, "MiB");
-    };
-    std::printf("%s: %.0f ms of processor time from its start until the minute began\n",
-                name.c_str(), before.processorMs);
-    row("processor time in 60 s", describe(after.processorMs - before.processorMs, 2, "ms"));
-    row("voluntary context switches in 60 s",
-        perSecond(after.switches.voluntary - before.switches.voluntary));
-    row("involuntary context switches in 60 s",
-        perSecond(after.switches.involuntary - before.switches.involuntary));
-    row("resident memory (RSS)", megabytes(after.rssKb));
-    row("proportional memory (PSS)", megabytes(after.pssKb));
+    row("processor time in 60 s", processorTime);
+    row("wake-ups in 60 s", wakeUps);
+    row("memory", memory);
 }
 
 void runBench() {
@@ -75,15 +92,25 @@ void runBench() {
     test::SayloftProgram sayloft(desktop.home(), desktop.environment());
     if (!sayloft.waitForLog(QStringLiteral("event tap installed OK")) || !sayloft.waitForHelper())
         throw std::runtime_error("the app did not come up: " + sayloft.log().toStdString());
+    QProcessEnvironment environment = desktop.environment();
+    environment.insert(QStringLiteral("HOME"), desktop.path(QStringLiteral("others")));
+    const test::ChildProgram copyq(QStringLiteral("copyq"), {}, environment);
+    const test::ChildProgram flameshot(QStringLiteral("flameshot"), {}, environment);
     std::this_thread::sleep_for(settling);
 
     const qint64 app = sayloft.program().pid();
-    const qint64 helper = helperOf(app);
-    const std::array before{usageOf(app), usageOf(helper)};
+    std::array<Measured, 4> programs{Measured{.name = "app", .pid = app},
+                                     Measured{.name = "helper", .pid = helperOf(app)},
+                                     Measured{.name = "copyq", .pid = copyq.pid()},
+                                     Measured{.name = "flameshot", .pid = flameshot.pid()}};
+    for (Measured& program : programs)
+        program.before = usageOf(program.pid);
     std::this_thread::sleep_for(measured);
-    const std::array after{usageOf(app), usageOf(helper)};
-    report("app", before[0], after[0]);
-    report("helper", before[1], after[1]);
+    for (Measured& program : programs)
+        program.after = usageOf(program.pid);
+    report(programs[0], programs[2]);
+    report(programs[0], programs[3]);
+    report(programs[1], {});
 }
 
 }  // namespace

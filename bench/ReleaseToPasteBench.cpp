@@ -5,14 +5,12 @@
 // presses the paste key, from the start of curl on.
 #include "bench/Desktop.h"
 #include "bench/FocusedWindow.h"
+#include "bench/InstantBundle.h"
 #include "bench/Result.h"
 #include "tests/support/RawHttp.h"
 #include "tests/support/SayloftProgram.h"
-#include "tests/support/TempHome.h"
 
 #include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 
 #include <cstdio>
 #include <stdexcept>
@@ -34,45 +32,6 @@ constexpr auto rest = 700ms;
 double milliseconds(Clock::duration duration) {
     return std::chrono::duration<double, std::milli>(duration).count();
 }
-
-/// The build's bundle with the server that answers at once in place of its helper.
-class InstantBundle {
-public:
-    explicit InstantBundle(const QString& root) : m_root(root) {
-        test::run(QStringLiteral("cp"),
-                  {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), m_root});
-        const QString helper = m_root + QStringLiteral("/Contents/Helpers/parakeet-server");
-        if (!QFile::remove(helper) || !QFile::copy(QStringLiteral(INSTANT_SERVER), helper))
-            throw std::runtime_error("the helper cannot be replaced");
-    }
-
-    [[nodiscard]] QString root() const { return m_root; }
-    /// The first recording that the server got.
-    [[nodiscard]] QString recording() const { return model() + QStringLiteral(".wav"); }
-
-    struct Request {
-        Clock::time_point arrived;
-        Clock::time_point answered;
-    };
-    /// The one that the server has answered as its `number`th, from 1; throws unless it is the
-    /// last.
-    [[nodiscard]] Request lastRequest(int number) const {
-        const QList<QByteArray> lines =
-            test::readFile(model() + QStringLiteral(".times")).trimmed().split('\n');
-        const QList<QByteArray> moments = lines.last().split(' ');
-        if (lines.size() != number || moments.size() != 2)
-            throw std::runtime_error("a dictation did not make exactly one request");
-        return {.arrived = Clock::time_point(Clock::duration(moments[0].toLongLong())),
-                .answered = Clock::time_point(Clock::duration(moments[1].toLongLong()))};
-    }
-
-private:
-    [[nodiscard]] QString model() const {
-        return m_root + QStringLiteral("/Contents/Resources/models/starter-en-us.model");
-    }
-
-    QString m_root;
-};
 
 /// What lies between the steps of every run.
 struct Times {

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "speech/Replacements.h"
 
+#include <QList>
+
 #include <gtest/gtest.h>
+
+#include <random>
 
 namespace sayloft {
 namespace {
@@ -49,6 +53,34 @@ INSTANTIATE_TEST_SUITE_P(
         ReplacementRow{"longerThanTheText", "a", {{"abc", "x"}}, "a"},
         ReplacementRow{"emptyText", "", {{"a", "b"}}, ""}),
     [](const auto& row) { return row.param.name; });
+
+QString randomText(std::mt19937& random, int longest) {
+    const QString alphabet = QStringLiteral("aAbBßẞſsSKkKıIiİΣσς😀𐐀𐐨 ");
+    const QList<uint> letters = alphabet.toUcs4();
+    QString text;
+    const auto size = static_cast<int>(random() % static_cast<unsigned>(longest + 1));
+    for (int i = 0; i < size; ++i) {
+        const auto letter =
+            static_cast<qsizetype>(random() % static_cast<unsigned>(letters.size()));
+        text += QString::fromUcs4(reinterpret_cast<const char32_t*>(&letters[letter]), 1);
+    }
+    return text;
+}
+
+TEST(Replacements, areThoseThatQtMakesOneByOne) {
+    std::mt19937 random(1);  // NOLINT(bugprone-*, cert-*): the same run every time
+    for (int round = 0; round < 5000; ++round) {
+        const QString text = randomText(random, 30);
+        Dictionary dictionary;
+        QString expected = text;
+        for (int entry = 0; entry < 4; ++entry) {
+            const QString heard = randomText(random, 2) + QLatin1Char(entry % 2 == 0 ? 'a' : 'S');
+            dictionary.push_back({heard, randomText(random, 3)});
+            expected.replace(heard, dictionary.back().back(), Qt::CaseInsensitive);
+        }
+        ASSERT_EQ(applyReplacements(text, dictionary), expected) << text.toStdString();
+    }
+}
 
 }  // namespace
 }  // namespace sayloft

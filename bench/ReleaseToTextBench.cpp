@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+// From letting the chord go to the text in a program that somebody else wrote: a terminal, whose
+// inside tells at once what has arrived. The speech server answers at once. In turns with it, the
+// same steps by hand with curl, xclip and xdotool.
+#include "bench/Desktop.h"
+#include "bench/InstantBundle.h"
+#include "bench/Result.h"
+#include "tests/support/ChildProgram.h"
+#include "tests/support/SayloftProgram.h"
+#include "tests/support/TestKeyboard.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sayloft::bench {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using test::TestKeyboard;
+
+constexpr int rounds = 30;
+constexpr auto hold = 500ms;
+// Longer than the app needs to bring the clipboard back.
+constexpr auto rest = 700ms;
+
+/// xterm with a program inside that passes on every byte as it comes.
+class Terminal {
+public:
+    explicit Terminal(const Desktop& desktop) : m_pipePath(desktop.path(QStringLiteral("pipe"))) {
+        if (::mkfifo(QFile::encodeName(m_pipePath).constData(), 0600) != 0)
+            throw std::runtime_error("no pipe");
+        m_pipe = ::open(QFile::encodeName(m_pipePath).constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        const QString inside =
+            QStringLiteral("stty raw -echo; printf ready >%1; exec cat >%1").arg(m_pipePath);
+        m_program = std::make_unique<test::ChildProgram>(
+            QStringLiteral("xterm"),
+            QStringList{QStringLiteral("-e"), QStringLiteral("sh"), QStringLiteral("-c"), inside},
+            desktop.environment());
+        static_cast<void>(firstByte());
+        takeAll();
+    }
+    ~Terminal() { ::close(m_pipe); }
+    Terminal(const Terminal&) = delete;
+    Terminal& operator=(const Terminal&) = delete;
+
+    /// When text arrives; what follows it is thrown away later.
+    [[nodiscard]] Clock::time_point firstByte() const {
+        pollfd wanted{.fd = m_pipe, .events = POLLIN, .revents = 0};
+        if (::poll(&wanted, 1, 10000) != 1)
+            throw std::runtime_error("no text came to the terminal");
+        return Clock::now();
+    }
+
+    void takeAll() const {
+        std::array<char, 4096> text{};
+        while (::read(m_pipe, text.data(), text.size()) > 0)
+            continue;
+    }
+
+private:
+    QString m_pipePath;
+    int m_pipe = -1;
+    std::unique_ptr<test::ChildProgram> m_program;
+};
+
+class Comparison {
+public:
+    Comparison() {
+        if (!m_sayloft.waitForLog(QStringLiteral("event tap installed OK")) ||
+            !m_sayloft.waitForHelper())
+            throw std::runtime_error("the app did not come up: " + m_sayloft.log().toStdString());
+    }
+
+    void run() {
+        // The first of each loads libraries and caches.
+        static_cast<void>(dictate());
+        static_cast<void>(doByHand());
+        for (int round = 0; round < rounds; ++round) {
+            ours.push_back(dictate());
+            theirs.push_back(doByHand());
+        }
+    }
+
+    std::vector<double> ours;
+    std::vector<double> theirs;
+
+private:
+    [[nodiscard]] double dictate() {
+        m_keyboard.press(TestKeyboard::shiftLeft);
+        m_keyboard.press(TestKeyboard::superLeft);
+        std::this_thread::sleep_for(hold);
+        const auto released = Clock::now();
+        m_keyboard.release(TestKeyboard::superLeft);
+        m_keyboard.release(TestKeyboard::shiftLeft);
+        return untilText(released);
+    }
+
+    [[nodiscard]] double doByHand() {
+        const QString steps = QStringLiteral(
+                                  "curl -s -F 'file=@%1;filename=a.wav;type=audio/wav' "
+                                  "-F response_format=text "
+                                  "http://127.0.0.1:8090/v1/audio/transcriptions "
+                                  "| xclip -selection primary && xdotool key shift+Insert")
+                                  .arg(m_bundle.recording());
+        QProcess shell;
+        shell.setProcessEnvironment(m_desktop.environment());
+        shell.setStandardOutputFile(QProcess::nullDevice());
+        const auto started = Clock::now();
+        shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), steps});
+        const double taken = untilText(started);
+        if (!shell.waitForFinished() || shell.exitCode() != 0)
+            throw std::runtime_error("curl, xclip or xdotool failed");
+        return taken;
+    }
+
+    [[nodiscard]] double untilText(Clock::time_point start) const {
+        const Clock::duration taken = m_terminal.firstByte() - start;
+        std::this_thread::sleep_for(rest);
+        m_terminal.takeAll();
+        return std::chrono::duration<double, std::milli>(taken).count();
+    }
+
+    Desktop m_desktop;
+    InstantBundle m_bundle{m_desktop.path(QStringLiteral("Sayloft.app"))};
+    test::SayloftProgram m_sayloft{m_desktop.home(), m_desktop.environment(), m_bundle.root()};
+    Terminal m_terminal{m_desktop};
+    TestKeyboard m_keyboard;
+};
+
+}  // namespace
+}  // namespace sayloft::bench
+
+int main(int argc, char** argv) {
+    const QCoreApplication application(argc, argv);
+    try {
+        sayloft::bench::Comparison comparison;
+        comparison.run();
+        sayloft::bench::print(
+            {.name = "chord release to text in xterm (100 ms: recording)",
+             .value = sayloft::bench::describeMilliseconds(comparison.ours),
+             .peer = "curl + xclip + xdotool",
+             .peerValue = sayloft::bench::describeMilliseconds(comparison.theirs)});
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "bench_release_to_text: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}
