@@ -2,6 +2,7 @@
 #include "ui/SettingsWindow.h"
 
 #include "ui/TextLook.h"
+#include "ui/WindowRole.h"
 
 #include <QEvent>
 #include <QScreen>
@@ -19,6 +20,7 @@ constexpr QSize usualFrame(16, 48);
 }  // namespace
 
 SettingsWindow::SettingsWindow(QWidget* form) {
+    giveWindowRole(*this);
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     setWindowTitle(QStringLiteral("Sayloft Settings"));
