@@ -35,6 +35,11 @@ public:
     /// beside those that every test shares.
     void startSayloft(const QByteArray& settings = {});
 
+    /// Starts it for the first time: with its own speech helper and without a configuration.
+    void startSayloftForTheFirstTime();
+    /// Starts it anew with what it has kept.
+    void restartSayloft();
+
     /// Starts it with a helper that does nothing, while the test itself answers at the helper's
     /// port: the dictations get `answers`, one for each connection, the last of them again and
     /// again.
@@ -86,6 +91,7 @@ public:
 
 private:
     void start(const QByteArray& settings, const QString& bundle);
+    void launch(const QString& bundle);
     void listen(const std::vector<RawAnswer>& answers);
     void waitUntilAsked() const;
     [[nodiscard]] QString bundleWithDeafHelper();

@@ -66,16 +66,11 @@ protected:
     WindowDesk m_desk;
 };
 
-TEST_F(AssistiveSettings, hasItsControlsByNameRoleAndDescription) {
+TEST_F(AssistiveSettings, hasItsControlsInTheOrderOfTheWindow) {
     m_desk.provideModel(englishFile);
     open(R"({"model":"starter","dictateChords":[12,3],"dictateEnterChords":[5]})");
     EXPECT_EQ(m_desk.windows().window(window).role(), QStringLiteral("frame"));
     EXPECT_THAT(controlsOf(m_desk, window), testing::UnorderedElementsAreArray(controls));
-}
-
-TEST_F(AssistiveSettings, isWalkedThroughFromTopToBottomAndBack) {
-    m_desk.provideModel(englishFile);
-    open(R"({"model":"starter","dictateChords":[12,3],"dictateEnterChords":[5]})");
     const QStringList way = titlesOf(controls);
     EXPECT_EQ(m_desk.walk(window), way);
     EXPECT_EQ(m_desk.walk(window, TestKeyboard::shiftLeft),

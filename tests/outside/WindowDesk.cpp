@@ -91,8 +91,16 @@ void WindowDesk::press(const QString& window, const QString& title) const {
 }
 
 void WindowDesk::click(const QString& window, const QString& title) {
+    const AccessibleObject clicked = control(window, title);
+    // Only now the window manager has put it where it stays.
     static_cast<void>(m_windows.window(window));
-    m_pointer.click(control(window, title).place().center());
+    m_pointer.click(clicked.place().center());
+}
+
+void WindowDesk::clickInto(const QString& window, const QString& field) {
+    click(window, field);
+    if (!waitUntil([&] { return control(window, field).is(State::focused); }))
+        throw std::runtime_error("the keyboard does not go to " + field.toStdString());
 }
 
 void WindowDesk::tabTo(const QString& window, const QString& title) {

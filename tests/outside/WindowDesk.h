@@ -58,6 +58,9 @@ public:
     /// Does with a button or a check box what assistive technology does.
     void press(const QString& window, const QString& title) const;
     void click(const QString& window, const QString& title);
+    /// Waits until the field has the keyboard: window managers look at a click before they pass it
+    /// on, and keys would overtake it.
+    void clickInto(const QString& window, const QString& field);
     /// Presses Tab until the control has the keyboard.
     void tabTo(const QString& window, const QString& title);
     /// Presses Tab, or Shift and Tab, until the keyboard is where it was first; says on what
@@ -66,6 +69,7 @@ public:
                                    std::optional<TestKeyboard::Key> with = {});
 
     [[nodiscard]] TestKeyboard& keyboard() { return m_keyboard; }
+    [[nodiscard]] TestPointer& pointer() { return m_pointer; }
     [[nodiscard]] const XServer& display() const { return m_display; }
 
     /// What config.json says on the disk; null as long as there is none.

@@ -7,6 +7,7 @@
 
 #include <xcb/xcbext.h>
 #include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <array>
 #include <stdexcept>
@@ -76,7 +77,7 @@ void TestKeyboard::tapWith(Key modifier, Key key) {
 
 void TestKeyboard::type(const QString& text) {
     for (const QChar sign : text)
-        typeSign(sign.unicode());
+        typeSign(sign == QLatin1Char('\n') ? XKB_KEY_Return : sign.unicode());
 }
 
 void TestKeyboard::typeSign(std::uint32_t sign) {

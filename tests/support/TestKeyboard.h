@@ -30,6 +30,7 @@ public:
         altLeft = 64,
         space = 65,
         capsLock = 66,
+        f4 = 70,
         numLock = 77,
         controlRight = 105,
         altRight = 108,
