@@ -16,6 +16,10 @@ void makePlainWindow(QWidget& window, QWidget* content, QSize size) {
     layout->setContentsMargins({});
     layout->addWidget(content);
     layout->setSizeConstraint(QLayout::SetFixedSize);
+    closeByKey(window);
+}
+
+void closeByKey(QWidget& window) {
     auto* close = new QShortcut(QKeySequence::Close, &window);
     QObject::connect(close, &QShortcut::activated, &window, &QWidget::close);
 }

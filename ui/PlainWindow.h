@@ -11,6 +11,9 @@ namespace sayloft {
 /// as large as `size`, or larger where the content needs that.
 void makePlainWindow(QWidget& window, QWidget* content, QSize size);
 
+/// Lets the desktop's key for that close the window.
+void closeByKey(QWidget& window);
+
 /// Shows the window where it is not, and gives it the keyboard.
 void bringToFront(QWidget& window);
 

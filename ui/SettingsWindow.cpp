@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/SettingsWindow.h"
 
+#include "ui/PlainWindow.h"
 #include "ui/TextLook.h"
 #include "ui/WindowRole.h"
 
@@ -24,6 +25,7 @@ SettingsWindow::SettingsWindow(QWidget* form) {
     setWindowFlags(Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
     setWindowTitle(QStringLiteral("Sayloft Settings"));
+    closeByKey(*this);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
