@@ -97,7 +97,7 @@ TEST_F(Onboarding, isWalkedThroughWithTheKeyboardAlone) {
     m_desk.tabTo(WindowDesk::settings, useStarter);
     m_keyboard.tap(Key::space);
     EXPECT_TRUE(m_desk.isSaved("model", "starter"));
-    m_keyboard.tapWith(Key::altLeft, Key::f4);
+    m_keyboard.tapWith(Key::controlLeft, Key::w);
     m_desk.windows().waitUntilGone(WindowDesk::settings);
     EXPECT_TRUE(saysThatTheModelIsReady());
     m_keyboard.tap(Key::returnKey);

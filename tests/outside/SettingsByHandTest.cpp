@@ -75,6 +75,16 @@ TEST_F(SettingsByHand, takesATypedTimeWhenSomebodyClicksBesideAllControls) {
     EXPECT_TRUE(m_desk.isSaved("holdDuration", 2.5));
 }
 
+TEST_F(SettingsByHand, takesATypedTimeWhenTheWindowIsClosedByItsKey) {
+    open();
+    m_desk.clickInto(window, appearField);
+    m_keyboard.tapWith(Key::controlLeft, Key::a);
+    m_keyboard.type(QStringLiteral("60"));
+    m_keyboard.tapWith(Key::controlLeft, Key::w);
+    m_desk.windows().waitUntilGone(window);
+    EXPECT_TRUE(m_desk.isSaved("animAppear", 0.55));
+}
+
 TEST_F(SettingsByHand, switchesWhatIsClicked) {
     open();
     click(QStringLiteral("Boost quiet microphone"));
