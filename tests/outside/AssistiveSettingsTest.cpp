@@ -5,6 +5,9 @@
 
 #include <QFile>
 
+#include <utility>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 namespace sayloft::test {

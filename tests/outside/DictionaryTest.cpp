@@ -3,6 +3,9 @@
 #include "tests/outside/Controls.h"
 #include "tests/support/WaitUntil.h"
 
+#include <string>
+#include <vector>
+
 #include <gmock/gmock.h>
 
 namespace sayloft::test {

@@ -4,10 +4,12 @@
 #include "tests/endtoend/DictationDesk.h"
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/AccessibleTree.h"
-#include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
-#include <QDir>
+#include <QTemporaryDir>
+
+#include <optional>
+#include <string>
 
 #include <gtest/gtest.h>
 

@@ -3,6 +3,8 @@
 #include "tests/outside/Controls.h"
 #include "tests/support/WaitUntil.h"
 
+#include <vector>
+
 #include <gmock/gmock.h>
 
 namespace sayloft::test {

@@ -7,6 +7,7 @@
 #include <QDBusVariant>
 
 #include <stdexcept>
+#include <string>
 #include <utility>
 
 namespace sayloft::test {
