@@ -7,6 +7,7 @@
 #include "ui/PlainWindow.h"
 #include "ui/ScrolledRows.h"
 #include "ui/TextLabel.h"
+#include "ui/WindowRole.h"
 
 #include <QEvent>
 #include <QPushButton>
@@ -55,6 +56,7 @@ DictWindowController::~DictWindowController() {
 }
 
 void DictWindowController::build() {
+    giveWindowRole(*m_window);
     auto* content = new FocusDropView;
     auto* layout = new QVBoxLayout(content);
     layout->setContentsMargins(20, 20, 20, 20);

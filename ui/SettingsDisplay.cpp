@@ -14,6 +14,7 @@
 
 #include <QCheckBox>
 #include <QPushButton>
+#include <QSignalBlocker>
 
 #include <algorithm>
 
@@ -32,6 +33,12 @@ ModelRow::State stateOf(const ModelInfo& model, AppDelegate* app, bool isOnDisk)
     if (app && app->cfg.model == model.key)
         return ModelRow::State::active;
     return isOnDisk ? ModelRow::State::present : ModelRow::State::missing;
+}
+
+/// Nobody has switched it.
+void showChecked(QCheckBox& box, bool isOn) {
+    const QSignalBlocker blocker(box);
+    box.setChecked(isOn);
 }
 
 }  // namespace
@@ -70,10 +77,10 @@ void SettingsDisplay::showPreferences(AppDelegate* app) {
     m_form.appear->setNumber(times.appear);
     m_form.hide->setNumber(times.hide);
     m_form.hold->setNumber(times.hold);
-    m_form.clipboardCheck->setChecked(app && app->cfg.leaveInClipboard);
-    m_form.loginCheck->setChecked(app && app->loginItem().isEnabled());
-    m_form.boostCheck->setChecked(!app || app->cfg.boostMic);
-    m_form.soundCheck->setChecked(app && app->cfg.playSounds);
+    showChecked(*m_form.clipboardCheck, app && app->cfg.leaveInClipboard);
+    showChecked(*m_form.loginCheck, app && app->loginItem().isEnabled());
+    showChecked(*m_form.boostCheck, !app || app->cfg.boostMic);
+    showChecked(*m_form.soundCheck, app && app->cfg.playSounds);
 }
 
 void SettingsDisplay::showPermissions(AppDelegate* app) {

@@ -30,7 +30,8 @@ constexpr int helpWidth = 560;
 QLabel* rowLabel(const QString& text, QWidget* control) {
     auto* label = new QLabel(text);
     new TextLook(label, {.size = 13, .role = TextRole::secondary});
-    label->setBuddy(control);
+    if (!text.isEmpty())
+        label->setBuddy(control);
     return label;
 }
 

@@ -2,6 +2,7 @@
 #include "ui/SettingsWindow.h"
 
 #include "ui/PlainWindow.h"
+#include "ui/WindowRole.h"
 
 #include <QEvent>
 #include <QScreen>
@@ -19,6 +20,7 @@ constexpr QSize usualFrame(16, 48);
 }  // namespace
 
 SettingsWindow::SettingsWindow(QWidget* form) {
+    giveWindowRole(*this);
     makePlainWindow(*this);
     setWindowTitle(QStringLiteral("Sayloft Settings"));
     setFrameShape(QFrame::NoFrame);

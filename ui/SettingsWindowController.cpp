@@ -82,11 +82,12 @@ void SettingsWindowController::connectModels() {
 void SettingsWindowController::connectPreferences() {
     connect(m_form->micPopup, &QComboBox::activated, this, &SettingsWindowController::pickMic);
     connect(m_form->stylePopup, &QComboBox::activated, this, &SettingsWindowController::pickStyle);
-    connect(m_form->clipboardCheck, &QCheckBox::clicked, this,
+    // Assistive technology toggles without a click.
+    connect(m_form->clipboardCheck, &QCheckBox::toggled, this,
             &SettingsWindowController::toggleClipboard);
-    connect(m_form->boostCheck, &QCheckBox::clicked, this, &SettingsWindowController::toggleBoost);
-    connect(m_form->soundCheck, &QCheckBox::clicked, this, &SettingsWindowController::toggleSound);
-    connect(m_form->loginCheck, &QCheckBox::clicked, this, &SettingsWindowController::toggleLogin);
+    connect(m_form->boostCheck, &QCheckBox::toggled, this, &SettingsWindowController::toggleBoost);
+    connect(m_form->soundCheck, &QCheckBox::toggled, this, &SettingsWindowController::toggleSound);
+    connect(m_form->loginCheck, &QCheckBox::toggled, this, &SettingsWindowController::toggleLogin);
     connect(m_form->dictBtn, &QPushButton::clicked, this, [this] {
         if (app)
             app->openDict();
@@ -179,7 +180,7 @@ void SettingsWindowController::toggleLogin(bool isOn) {
     if (!error)
         return;
     logf(QStringLiteral("login item toggle failed: ") + *error);
-    m_form->loginCheck->setChecked(app->loginItem().isEnabled());
+    refresh();
 }
 
 void SettingsWindowController::commitAnim() {

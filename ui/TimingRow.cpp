@@ -59,7 +59,7 @@ TimingRow::TimingRow(const Texts& texts, const Timing& timing)
     connect(m_slider, &ValueSlider::numberChanged, this, &TimingRow::changed);
     connect(m_field, &ValueField::entered, this, [this] {
         m_slider->setNumber(m_timing.forMs(typedMilliseconds(m_field->text())));
-        m_field->setModified(false);
+        m_field->settle();
         Q_EMIT changed();
     });
 }
@@ -71,7 +71,7 @@ void TimingRow::setNumber(double number) {
 
 void TimingRow::snap() {
     m_slider->setNumber(m_timing.snapped(number()));
-    m_field->setText(label());
+    m_field->replaceText(label());
 }
 
 void TimingRow::endEditing() {

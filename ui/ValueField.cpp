@@ -17,12 +17,23 @@ ValueField::ValueField() {
 }
 
 void ValueField::showText(const QString& newText) {
-    if (!isModified() && text() != newText)
+    if (!isEdited())
+        replaceText(newText);
+}
+
+void ValueField::replaceText(const QString& newText) {
+    if (text() != newText)
         setText(newText);
+    settle();
+}
+
+void ValueField::settle() {
+    setModified(false);
+    m_shown = text();
 }
 
 void ValueField::endEditing() {
-    if (isModified())
+    if (isEdited())
         Q_EMIT entered();
 }
 

@@ -16,6 +16,12 @@ public:
     /// Shows a new text unless the user is typing another one.
     void showText(const QString& text);
 
+    /// Shows a new text instead of whatever is being typed.
+    void replaceText(const QString& text);
+
+    /// What is in the field is what it shows; nobody is typing.
+    void settle();
+
     /// What has been typed counts, as if the field had been left.
     void endEditing();
 
@@ -25,6 +31,13 @@ public:
 Q_SIGNALS:
     /// Return was pressed, or the field was left with another text in it.
     void entered();
+
+private:
+    /// Whether there is something that was not shown. What assistive technology writes does not
+    /// count as modified.
+    [[nodiscard]] bool isEdited() const { return isModified() || text() != m_shown; }
+
+    QString m_shown;
 };
 
 }  // namespace sayloft

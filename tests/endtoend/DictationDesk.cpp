@@ -4,6 +4,7 @@
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -48,6 +49,17 @@ void DictationDesk::startSayloft(const QByteArray& settings) {
         throw std::runtime_error("the speech helper did not come up");
 }
 
+void DictationDesk::startSayloftForTheFirstTime() {
+    QDir().mkpath(home());
+    launch(QStringLiteral(SAYLOFT_BUNDLE_DIR));
+}
+
+void DictationDesk::restartSayloft() {
+    m_sayloft.reset();
+    QFile::remove(home() + QStringLiteral("/.sayloft/sayloft.log"));
+    launch(QStringLiteral(SAYLOFT_BUNDLE_DIR));
+}
+
 void DictationDesk::startSayloft(const std::vector<RawAnswer>& answers,
                                  const QByteArray& settings) {
     start(settings, bundleWithRelay());
@@ -75,6 +87,10 @@ void DictationDesk::waitUntilAsked() const {
 
 void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
     writeConfig(home(), configuration(settings));
+    launch(bundle);
+}
+
+void DictationDesk::launch(const QString& bundle) {
     QProcessEnvironment environment = m_display.environment();
     m_bus.addTo(environment);
     m_room.addTo(environment);

@@ -38,6 +38,11 @@ public:
     /// beside those that every test shares.
     void startSayloft(const QByteArray& settings = {});
 
+    /// Starts it for the first time: with its own speech helper and without a configuration.
+    void startSayloftForTheFirstTime();
+    /// Starts it anew with what it has kept.
+    void restartSayloft();
+
     /// Starts it with a helper that leaves the answers to the test: the dictations get `answers`,
     /// one for each connection, the last of them again and again.
     void startSayloft(const std::vector<RawAnswer>& answers, const QByteArray& settings = {});
@@ -88,6 +93,7 @@ public:
 
 private:
     void start(const QByteArray& settings, const QString& bundle);
+    void launch(const QString& bundle);
     void waitUntilAsked() const;
     [[nodiscard]] QString bundleWithRelay();
     [[nodiscard]] QString modelFile() const {

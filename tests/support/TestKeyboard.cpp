@@ -7,9 +7,11 @@
 
 #include <xcb/xcbext.h>
 #include <xcb/xtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <array>
 #include <stdexcept>
+#include <string>
 
 #include <sys/uio.h>
 
@@ -71,6 +73,31 @@ void TestKeyboard::tapWith(Key modifier, Key key) {
     press(modifier);
     tap(key);
     release(modifier);
+}
+
+void TestKeyboard::type(const QString& text) {
+    for (const QChar sign : text)
+        typeSign(sign == QLatin1Char('\n') ? XKB_KEY_Return : sign.unicode());
+}
+
+void TestKeyboard::typeSign(std::uint32_t sign) {
+    const xcb_setup_t& setup = *xcb_get_setup(m_connection.get());
+    const auto count = static_cast<std::uint8_t>(setup.max_keycode - setup.min_keycode + 1);
+    const XcbOwned<xcb_get_keyboard_mapping_reply_t> map(xcb_get_keyboard_mapping_reply(
+        m_connection.get(), xcb_get_keyboard_mapping(m_connection.get(), setup.min_keycode, count),
+        nullptr));
+    // Of Latin signs the keysym is the code point. The first two of a key are without and with
+    // Shift.
+    for (int key = 0; map && key < count; ++key) {
+        const xcb_keysym_t* const signs =
+            xcb_get_keyboard_mapping_keysyms(map.get()) + key * map->keysyms_per_keycode;
+        const auto code = static_cast<Key>(setup.min_keycode + key);
+        if (signs[0] == sign)
+            return tap(code);
+        if (signs[1] == sign)
+            return tapWith(shiftLeft, code);
+    }
+    throw std::runtime_error("no key has the sign " + std::to_string(sign));
 }
 
 void TestKeyboard::setLayouts(const QString& layouts, std::uint8_t active) {

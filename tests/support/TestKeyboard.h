@@ -17,6 +17,9 @@ public:
     /// Key codes of a PC keyboard, which the layout does not change.
     enum Key : std::uint8_t {
         escape = 9,
+        backspace = 22,
+        tab = 23,
+        w = 25,
         returnKey = 36,
         controlLeft = 37,
         a = 38,
@@ -25,10 +28,15 @@ public:
         v = 55,
         shiftRight = 62,
         altLeft = 64,
+        space = 65,
         capsLock = 66,
+        f4 = 70,
         numLock = 77,
         controlRight = 105,
         altRight = 108,
+        home = 110,
+        end = 115,
+        down = 116,
         insert = 118,
         superLeft = 133,
         superRight = 134,
@@ -45,6 +53,8 @@ public:
     void tap(Key key);
     /// `key` while `modifier` is held.
     void tapWith(Key modifier, Key key);
+    /// Latin text, on the keys that the first layout has it on.
+    void type(const QString& text);
 
     /// Layouts as setxkbmap takes them, for example "ru,us", and which of them is active (from 0).
     void setLayouts(const QString& layouts, std::uint8_t active = 0);
@@ -67,6 +77,7 @@ public:
     [[nodiscard]] bool hasSlowKeys() const;
 
 private:
+    void typeSign(std::uint32_t sign);
     void fake(std::uint8_t type, Key key);
     void setGroup(std::uint8_t group);
     void enable(std::uint32_t controls);
