@@ -4,7 +4,6 @@
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
-#include <QFile>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -87,12 +86,7 @@ void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
 }
 
 QString DictationDesk::bundleWithDeafHelper() {
-    QString bundle = m_directory.filePath(QStringLiteral("Sayloft.app"));
-    run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
-    const QString helper = bundle + QStringLiteral("/Contents/Helpers/parakeet-server");
-    QFile::remove(helper);
-    if (!QFile::copy(QStringLiteral(SAYLOFT_FOREIGN_HELPER), helper))
-        throw std::runtime_error("could not replace " + helper.toStdString());
+    QString bundle = bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
     writeFile(home() + QStringLiteral("/.sayloft/models/starter-en-us.model"), "deaf");
     return bundle;
 }
