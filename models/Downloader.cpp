@@ -18,6 +18,7 @@ Downloader::~Downloader() {
 }
 
 void Downloader::stop() {
+    m_thread.requestInterruption();
     m_thread.quit();
     m_thread.wait();
 }
@@ -49,8 +50,10 @@ void Downloader::download(const QUrl& url, const QString& destination) {
 
 void Downloader::remove(const QStringList& files) {
     QMetaObject::invokeMethod(m_desk, [files] {
-        for (const QString& file : files)
-            QFile::remove(file);
+        for (const QString& file : files) {
+            if (!QThread::currentThread()->isInterruptionRequested())
+                QFile::remove(file);
+        }
     });
 }
 
