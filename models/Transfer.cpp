@@ -196,9 +196,17 @@ void Transfer::complete() {
         m_file.remove();
         return failDownload(QStringLiteral("the file does not have the SHA-256 announced"));
     }
-    const bool isInPlace = m_file.putInPlace();
+    // The host has done its part.
+    m_stall.stop();
+    m_sync = std::make_unique<DiskSync>(
+        m_file.handle(), [this](int error) { putInPlace(error); }, nullptr);
+}
+
+void Transfer::putInPlace(int syncError) {
+    const bool isInPlace = syncError == 0 && m_file.putInPlace();
     if (!isInPlace)
-        logf(QStringLiteral("move failed: ") + m_file.error());
+        logf(QStringLiteral("move failed: ") +
+             (syncError == 0 ? m_file.error() : qt_error_string(syncError)));
     end(isInPlace);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "models/BodyPlan.h"
+#include "models/DiskSync.h"
 #include "models/HttpFetch.h"
 #include "models/LinkedEntity.h"
 #include "models/PartialFile.h"
@@ -56,6 +57,7 @@ private:
     void report();
     void fetchEnded(const QString& error);
     void complete();
+    void putInPlace(int syncError);
     void failDownload(const QString& reason);
     void end(bool succeeded);
 
@@ -71,6 +73,7 @@ private:
     qint64 m_received = 0;           ///< bytes of the file that are there
     ProgressThrottle m_throttle;
     QTimer m_stall;
+    std::unique_ptr<DiskSync> m_sync;
 };
 
 }  // namespace sayloft
