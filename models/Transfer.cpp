@@ -164,7 +164,7 @@ bool Transfer::take(QByteArrayView bytes) {
         return false;
     }
     if (!m_linked.sha256.isEmpty())
-        m_hash.addData(bytes);
+        m_hash.add(bytes);
     m_received += bytes.size();
     report();
     // From the end of the writing: a slow disk is not a host that stalls.
@@ -192,7 +192,7 @@ void Transfer::complete() {
         return failDownload(QStringLiteral("the connection ended after %1 of %2 bytes")
                                 .arg(m_received)
                                 .arg(*m_body->size));
-    if (!m_linked.sha256.isEmpty() && m_hash.result().toHex() != m_linked.sha256) {
+    if (!m_linked.sha256.isEmpty() && m_hash.hex() != m_linked.sha256) {
         m_file.remove();
         return failDownload(QStringLiteral("the file does not have the SHA-256 announced"));
     }

@@ -8,10 +8,10 @@
 #include "models/PartialFile.h"
 #include "models/ProgressThrottle.h"
 #include "models/ResponseHead.h"
+#include "models/Sha256.h"
 #include "models/StoredDigest.h"
 
 #include <QByteArrayView>
-#include <QCryptographicHash>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -65,7 +65,7 @@ private:
     PartialFile m_file;
     std::optional<StoredPart> m_stored;  ///< what the requests ask to continue
     std::unique_ptr<StoredDigest> m_storedDigest;
-    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+    Sha256 m_hash;
     QPointer<HttpFetch> m_fetch;
     int m_redirects = 0;
     LinkedEntity m_linked;
