@@ -5,11 +5,25 @@
 
 #include <QFile>
 
+#include <openssl/crypto.h>
+
 namespace sayloft {
+namespace {
+
+// OpenSSL keeps something for each thread, and would give it back only after others have seen the
+// thread end, which may be when the program is gone.
+void endOnThread(const QObject* desk) {
+    delete desk;
+    OPENSSL_thread_stop();
+}
+
+}  // namespace
 
 Downloader::Downloader(std::chrono::milliseconds stall) : m_stall(stall), m_desk(new QObject) {
     m_desk->moveToThread(&m_thread);
-    connect(&m_thread, &QThread::finished, m_desk, &QObject::deleteLater);
+    connect(
+        &m_thread, &QThread::finished, &m_thread, [desk = m_desk] { endOnThread(desk); },
+        Qt::DirectConnection);
     m_thread.start();
 }
 
