@@ -85,7 +85,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_parakeet.start(model);
     checkPermissions();
     installEventTap();
-    m_models.removeDeadDownloads();
+    m_models.removeLeftovers();
     followLoginItem();
     openOnboardingIfNeeded();
     m_troubles.launched();

@@ -5,13 +5,13 @@
 #include "audio/Recorder.h"
 #include "models/DeadDownloads.h"
 #include "models/Downloader.h"
+#include "models/FilesAside.h"
 #include "models/Paths.h"
 #include "models/StarterModel.h"
 #include "overlay/Overlay.h"
 #include "storage/Config.h"
 #include "storage/Log.h"
 
-#include <QFile>
 #include <QPointer>
 #include <QUrl>
 
@@ -39,8 +39,10 @@ QStringList modelFiles() {
 ModelActions::ModelActions(const ModelParts& parts, ModelHost& host)
     : m_parts(parts), m_host(host) {}
 
-void ModelActions::removeDeadDownloads() {
-    const QStringList dead = deadDownloads(DOWNLOAD_MODELS_DIR, modelFiles());
+void ModelActions::removeLeftovers() {
+    const WantedFiles wanted{.chosen = modelInfo(m_parts.cfg.model).file, .offered = modelFiles()};
+    const QStringList dead =
+        deadDownloads(DOWNLOAD_MODELS_DIR, wanted) + filesAside(MODEL_SEARCH_DIRS);
     if (!dead.isEmpty())
         m_parts.downloader.remove(dead);
 }
@@ -110,7 +112,8 @@ void ModelActions::deleteModel(const QString& key) {
     // An unknown key stands for the first model, so the keys alone do not tell.
     if (modelInfo(key).key == modelInfo(m_parts.cfg.model).key || isBundled(key))
         return;
-    QFile::remove(modelPath(modelInfo(key).file));
+    if (const auto aside = putAside(modelPath(modelInfo(key).file)))
+        m_parts.downloader.remove({*aside});
     logf(QStringLiteral("deleted model ") + key);
     refreshWindows();
     m_host.buildMenu();

@@ -42,8 +42,9 @@ class ModelActions : public QObject {
 public:
     ModelActions(const ModelParts& parts, ModelHost& host);
 
-    /// Removes what earlier runs have left of downloads that nothing will go on from.
-    void removeDeadDownloads();
+    /// Removes what earlier runs have left of downloads that nothing will go on from, and of models
+    /// that were deleted.
+    void removeLeftovers();
 
     /// One download at a time: while one runs, another is dropped and its `done` never called. An
     /// address that is none fails at once, and no model can be downloaded afterwards. The bundled

@@ -6,6 +6,7 @@ find_package(nlohmann_json 3.11 REQUIRED)
 
 pkg_check_modules(SOXR REQUIRED IMPORTED_TARGET soxr)
 pkg_check_modules(CURL REQUIRED IMPORTED_TARGET libcurl)
+pkg_check_modules(CRYPTO REQUIRED IMPORTED_TARGET libcrypto)
 pkg_check_modules(SNDFILE REQUIRED IMPORTED_TARGET sndfile)
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")

@@ -10,25 +10,34 @@
 namespace sayloft {
 namespace {
 
-bool canGoOn(const QString& destination, const QStringList& wanted) {
+QFileInfoList filesIn(const QString& directory, const QString& pattern) {
+    return QDir(directory).entryInfoList({pattern}, QDir::Files | QDir::Hidden);
+}
+
+bool canGoOn(const QString& destination, const WantedFiles& wanted) {
     const PartialFile part(destination);
-    const QDateTime oldest = QDateTime::currentDateTime().addDays(-resumableFor.count());
-    return wanted.contains(QFileInfo(destination).fileName()) && part.note() &&
+    const QString file = QFileInfo(destination).fileName();
+    const auto days = file == wanted.chosen ? resumableFor : resumableForOthers;
+    const QDateTime oldest = QDateTime::currentDateTime().addDays(-days.count());
+    return wanted.offered.contains(file) && part.note() &&
            QFileInfo(part.path()).lastModified() >= oldest;
 }
 
 }  // namespace
 
-QStringList deadDownloads(const QString& directory, const QStringList& wanted) {
+QStringList deadDownloads(const QString& directory, const WantedFiles& wanted) {
     QStringList dead;
     for (const QString& ending : {PartialFile::suffix, PartialFile::noteSuffix}) {
-        for (const QFileInfo& file : QDir(directory).entryInfoList({QLatin1Char('*') + ending},
-                                                                   QDir::Files | QDir::Hidden)) {
+        for (const QFileInfo& file : filesIn(directory, QLatin1Char('*') + ending)) {
             const QString path = file.filePath();
             if (!canGoOn(path.chopped(ending.size()), wanted))
                 dead.append(path);
         }
     }
+    // A note has such a name until it is complete.
+    for (const QFileInfo& file :
+         filesIn(directory, QLatin1Char('*') + PartialFile::noteSuffix + QStringLiteral(".*")))
+        dead.append(file.filePath());
     return dead;
 }
 

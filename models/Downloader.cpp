@@ -5,11 +5,25 @@
 
 #include <QFile>
 
+#include <openssl/crypto.h>
+
 namespace sayloft {
+namespace {
+
+// OpenSSL keeps something for each thread, and would give it back only after others have seen the
+// thread end, which may be when the program is gone.
+void endOnThread(const QObject* desk) {
+    delete desk;
+    OPENSSL_thread_stop();
+}
+
+}  // namespace
 
 Downloader::Downloader(std::chrono::milliseconds stall) : m_stall(stall), m_desk(new QObject) {
     m_desk->moveToThread(&m_thread);
-    connect(&m_thread, &QThread::finished, m_desk, &QObject::deleteLater);
+    connect(
+        &m_thread, &QThread::finished, &m_thread, [desk = m_desk] { endOnThread(desk); },
+        Qt::DirectConnection);
     m_thread.start();
 }
 
@@ -18,6 +32,7 @@ Downloader::~Downloader() {
 }
 
 void Downloader::stop() {
+    m_thread.requestInterruption();
     m_thread.quit();
     m_thread.wait();
 }
@@ -49,8 +64,10 @@ void Downloader::download(const QUrl& url, const QString& destination) {
 
 void Downloader::remove(const QStringList& files) {
     QMetaObject::invokeMethod(m_desk, [files] {
-        for (const QString& file : files)
-            QFile::remove(file);
+        for (const QString& file : files) {
+            if (!QThread::currentThread()->isInterruptionRequested())
+                QFile::remove(file);
+        }
     });
 }
 

@@ -26,7 +26,8 @@ public:
     /// is untouched otherwise. Over HTTPS, except from this machine.
     void download(const QUrl& url, const QString& destination);
 
-    /// Removes files, slow as that may be for large ones, before any later download begins.
+    /// Removes files, slow as that may be for large ones, before any later download begins. Those
+    /// that `stop` comes before stay.
     void remove(const QStringList& files);
 
     /// Gives up a running download, promptly; what has arrived is kept if the host can continue

@@ -59,8 +59,6 @@ bool PartialFile::append(QByteArrayView bytes) {
 }
 
 bool PartialFile::putInPlace() {
-    if (::fsync(m_file.handle()) != 0)
-        return failed(qt_error_string(errno));
     m_file.close();
     const QByteArray from = QFile::encodeName(path());
     const QByteArray to = QFile::encodeName(m_destination);

@@ -27,6 +27,8 @@ public:
     [[nodiscard]] QString path() const { return m_file.fileName(); }
     [[nodiscard]] qint64 size() const { return m_file.size(); }
     [[nodiscard]] qint64 freeSpace() const;
+    /// While it is being written.
+    [[nodiscard]] int handle() const { return m_file.handle(); }
 
     // Each is false when it failed; `error` says why.
 
@@ -35,7 +37,7 @@ public:
     /// What is stored beyond `offset` is gone.
     [[nodiscard]] bool continueAt(qint64 offset);
     [[nodiscard]] bool append(QByteArrayView bytes);
-    /// Replaces the destination in one step, after everything has reached the disk.
+    /// Replaces the destination in one step. For after everything has reached the disk.
     [[nodiscard]] bool putInPlace();
 
     [[nodiscard]] QString error() const { return m_error; }

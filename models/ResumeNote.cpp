@@ -4,6 +4,8 @@
 #include "storage/Json.h"
 #include "storage/WholeFile.h"
 
+#include <QSaveFile>
+
 namespace sayloft {
 namespace {
 
@@ -42,7 +44,10 @@ void ResumeNote::save(const QString& path) const {
         note["size"] = *size;
     if (!sha256.isEmpty())
         note["sha256"] = toJson(QString::fromUtf8(sha256));
-    writeWholeFile(path, writeJson(note));
+    // Whenever the program or the machine is cut short, the old note or the new one is there.
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(writeJson(note)) >= 0)
+        static_cast<void>(file.commit());
 }
 
 bool isStrongEntityTag(const QByteArray& etag) {

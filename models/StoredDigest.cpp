@@ -5,7 +5,7 @@
 
 namespace sayloft {
 
-// A hundredth of a second of hashing.
+// No more than a hundredth of a second of hashing.
 constexpr qint64 sliceSize = qint64{2} * 1024 * 1024;
 
 StoredDigest::StoredDigest(const QString& path, qint64 length)
@@ -13,11 +13,11 @@ StoredDigest::StoredDigest(const QString& path, qint64 length)
     static_cast<void>(m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
 }
 
-StoredDigest::Progress StoredDigest::feed(QCryptographicHash& hash) {
+StoredDigest::Progress StoredDigest::feed(Sha256& hash) {
     const qint64 count = m_file.read(m_slice.data(), std::min(sliceSize, m_left));
     if (count <= 0)
         return m_left == 0 ? Progress::complete : Progress::failed;
-    hash.addData(QByteArrayView(m_slice).first(count));
+    hash.add(QByteArrayView(m_slice).first(count));
     m_left -= count;
     return m_left == 0 ? Progress::complete : Progress::more;
 }

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "models/Sha256.h"
+
 #include <QByteArray>
-#include <QCryptographicHash>
 #include <QFile>
 #include <QString>
 #include <QtGlobal>
@@ -17,7 +18,7 @@ public:
     StoredDigest(const QString& path, qint64 length);
 
     /// Reads one slice.
-    [[nodiscard]] Progress feed(QCryptographicHash& hash);
+    [[nodiscard]] Progress feed(Sha256& hash);
 
 private:
     QFile m_file;

@@ -164,7 +164,7 @@ bool Transfer::take(QByteArrayView bytes) {
         return false;
     }
     if (!m_linked.sha256.isEmpty())
-        m_hash.addData(bytes);
+        m_hash.add(bytes);
     m_received += bytes.size();
     report();
     // From the end of the writing: a slow disk is not a host that stalls.
@@ -192,13 +192,21 @@ void Transfer::complete() {
         return failDownload(QStringLiteral("the connection ended after %1 of %2 bytes")
                                 .arg(m_received)
                                 .arg(*m_body->size));
-    if (!m_linked.sha256.isEmpty() && m_hash.result().toHex() != m_linked.sha256) {
+    if (!m_linked.sha256.isEmpty() && m_hash.hex() != m_linked.sha256) {
         m_file.remove();
         return failDownload(QStringLiteral("the file does not have the SHA-256 announced"));
     }
-    const bool isInPlace = m_file.putInPlace();
+    // The host has done its part.
+    m_stall.stop();
+    m_sync = std::make_unique<DiskSync>(
+        m_file.handle(), [this](int error) { putInPlace(error); }, nullptr);
+}
+
+void Transfer::putInPlace(int syncError) {
+    const bool isInPlace = syncError == 0 && m_file.putInPlace();
     if (!isInPlace)
-        logf(QStringLiteral("move failed: ") + m_file.error());
+        logf(QStringLiteral("move failed: ") +
+             (syncError == 0 ? m_file.error() : qt_error_string(syncError)));
     end(isInPlace);
 }
 

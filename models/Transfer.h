@@ -2,15 +2,16 @@
 #pragma once
 
 #include "models/BodyPlan.h"
+#include "models/DiskSync.h"
 #include "models/HttpFetch.h"
 #include "models/LinkedEntity.h"
 #include "models/PartialFile.h"
 #include "models/ProgressThrottle.h"
 #include "models/ResponseHead.h"
+#include "models/Sha256.h"
 #include "models/StoredDigest.h"
 
 #include <QByteArrayView>
-#include <QCryptographicHash>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -56,6 +57,7 @@ private:
     void report();
     void fetchEnded(const QString& error);
     void complete();
+    void putInPlace(int syncError);
     void failDownload(const QString& reason);
     void end(bool succeeded);
 
@@ -63,7 +65,7 @@ private:
     PartialFile m_file;
     std::optional<StoredPart> m_stored;  ///< what the requests ask to continue
     std::unique_ptr<StoredDigest> m_storedDigest;
-    QCryptographicHash m_hash{QCryptographicHash::Sha256};
+    Sha256 m_hash;
     QPointer<HttpFetch> m_fetch;
     int m_redirects = 0;
     LinkedEntity m_linked;
@@ -71,6 +73,7 @@ private:
     qint64 m_received = 0;           ///< bytes of the file that are there
     ProgressThrottle m_throttle;
     QTimer m_stall;
+    std::unique_ptr<DiskSync> m_sync;
 };
 
 }  // namespace sayloft

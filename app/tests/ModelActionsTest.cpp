@@ -4,6 +4,7 @@
 #include "app/tests/ModelActionsFixture.h"
 #include "models/PartialFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <gmock/gmock.h>
@@ -89,6 +90,7 @@ TEST_F(Models, thatAreNotInUseAreDeleted) {
     provideModel(m_english);
     m_models.deleteModel(m_english);
     EXPECT_FALSE(QFileInfo::exists(pathOf(m_english)));
+    EXPECT_TRUE(test::waitUntil([] { return QDir(DOWNLOAD_MODELS_DIR).isEmpty(); }));
     EXPECT_EQ(m_home.log(), QStringLiteral("deleted model english\n"));
     EXPECT_THAT(m_host.seen, ElementsAre("settings refreshed", "onboarding refreshed", "menu"));
 }
@@ -126,7 +128,7 @@ TEST_F(Models, loseWhatDeadDownloadsHaveLeft) {
     test::writeFile(alive + PartialFile::suffix, "part");
     ResumeNote{.url = QUrl(modelInfo(m_english).url), .etag = "\"1\"", .size = {}, .sha256 = {}}
         .save(alive + PartialFile::noteSuffix);
-    m_models.removeDeadDownloads();
+    m_models.removeLeftovers();
     EXPECT_TRUE(test::waitUntil([&] { return !QFileInfo::exists(dead); }));
     EXPECT_TRUE(QFileInfo::exists(alive + PartialFile::suffix));
     EXPECT_TRUE(QFileInfo::exists(alive + PartialFile::noteSuffix));

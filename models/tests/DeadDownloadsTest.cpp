@@ -4,8 +4,7 @@
 #include "models/PartialFile.h"
 #include "tests/support/TempHome.h"
 
-#include <QDateTime>
-#include <QFile>
+#include <QDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -24,18 +23,12 @@ protected:
     }
 
     void leaveNote(const QString& file) {
+        QDir().mkpath(m_models);
         ResumeNote{.url = QUrl(QStringLiteral("https://models.example/a")),
                    .etag = "\"tag\"",
                    .size = {},
                    .sha256 = {}}
             .save(noteOf(file));
-    }
-
-    void age(const QString& path, int days) {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addDays(-days),
-                                     QFileDevice::FileModificationTime));
     }
 
     [[nodiscard]] QString partOf(const QString& file) const {
@@ -44,17 +37,20 @@ protected:
     [[nodiscard]] QString noteOf(const QString& file) const {
         return m_models + file + PartialFile::noteSuffix;
     }
-    [[nodiscard]] QStringList dead() const { return deadDownloads(m_models, {m_wanted}); }
+    [[nodiscard]] QStringList dead() const {
+        return deadDownloads(m_models, {.chosen = m_wanted, .offered = {m_wanted, m_offered}});
+    }
 
     test::TempHome m_home;
     const QString m_models = m_home.path() + QStringLiteral("/models/");
     const QString m_wanted = QStringLiteral("wanted.gguf");
+    const QString m_offered = QStringLiteral("offered.gguf");
 };
 
 TEST_F(DeadDownloads, areNotThoseThatCanGoOn) {
     leavePart(m_wanted);
     leaveNote(m_wanted);
-    age(partOf(m_wanted), 29);
+    test::makeOlder(partOf(m_wanted), 29);
     EXPECT_THAT(dead(), IsEmpty());
 }
 
@@ -80,8 +76,25 @@ TEST_F(DeadDownloads, areThoseOfFilesThatNobodyWants) {
 TEST_F(DeadDownloads, areThoseThatAreAMonthOld) {
     leavePart(m_wanted);
     leaveNote(m_wanted);
-    age(partOf(m_wanted), 31);
+    test::makeOlder(partOf(m_wanted), 31);
     EXPECT_THAT(dead(), UnorderedElementsAre(partOf(m_wanted), noteOf(m_wanted)));
+}
+
+TEST_F(DeadDownloads, areThoseOfModelsThatWereNotChosenAfterAWeek) {
+    leavePart(m_offered);
+    leaveNote(m_offered);
+    test::makeOlder(partOf(m_offered), 6);
+    EXPECT_THAT(dead(), IsEmpty());
+    test::makeOlder(partOf(m_offered), 8);
+    EXPECT_THAT(dead(), UnorderedElementsAre(partOf(m_offered), noteOf(m_offered)));
+}
+
+TEST_F(DeadDownloads, areNotesThatWereNotWrittenToTheirEnd) {
+    leavePart(m_wanted);
+    leaveNote(m_wanted);
+    const QString unfinished = noteOf(m_wanted) + QStringLiteral(".AbCdEf");
+    test::writeFile(unfinished, "{");
+    EXPECT_THAT(dead(), ElementsAre(unfinished));
 }
 
 TEST_F(DeadDownloads, areNeverFilesOfOthers) {

@@ -63,7 +63,7 @@ protected:
 
 TEST_F(DownloadCost, isNoMoreMemoryForALargeFileOverHttps) {
     const Nginx nginx({}, Nginx::Scheme::https);
-    qputenv("SSL_CERT_FILE", nginx.certificate().toLocal8Bit());
+    qputenv("SSL_CERT_FILE", nginx.authority().toLocal8Bit());
     nginx.serve(QStringLiteral("/small"), test::modelBytes(1'000'000));
     serveLarge(nginx);
     ASSERT_TRUE(downloadQuietly(nginx.url(QStringLiteral("/small"))));

@@ -31,6 +31,7 @@ protected:
 
     const QByteArray m_model = modelBytes(3'000'000);
     const QString m_path = QStringLiteral("/model");
+    const QString m_file = QStringLiteral("some.gguf");
     const test::Nginx m_nginx{
         "location = /slow { limit_rate 50k; limit_rate_after 1m; "
         "try_files /model =404; }"};
@@ -50,12 +51,13 @@ TEST_F(KilledDownload, goesOnWhereItWas) {
         ASSERT_LT(there, m_model.size());
         EXPECT_EQ(test::readFile(part()), m_model.left(there));
         EXPECT_EQ(content(), "earlier");
-        EXPECT_EQ(deadDownloads(QFileInfo(m_destination).path(), {QStringLiteral("some.gguf")}),
-                  QStringList());
+        EXPECT_EQ(
+            deadDownloads(QFileInfo(m_destination).path(), {.chosen = m_file, .offered = {m_file}}),
+            QStringList());
     }
     ASSERT_TRUE(download(m_nginx.url(slow)));
     EXPECT_EQ(content(), m_model);
-    EXPECT_EQ(files(), QStringList(QStringLiteral("some.gguf")));
+    EXPECT_EQ(files(), QStringList(m_file));
     EXPECT_TRUE(m_nginx.requests(4).back().contains(" bytes=" + QByteArray::number(there) + "- "));
 }
 

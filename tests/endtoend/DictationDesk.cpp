@@ -103,12 +103,7 @@ void DictationDesk::launch(const QString& bundle) {
 }
 
 QString DictationDesk::bundleWithRelay() {
-    QString bundle = m_directory.filePath(QStringLiteral("Sayloft.app"));
-    run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
-    const QString helper = bundle + QStringLiteral("/Contents/Helpers/parakeet-server");
-    QFile::remove(helper);
-    if (!QFile::copy(QStringLiteral(SAYLOFT_FOREIGN_HELPER), helper))
-        throw std::runtime_error("could not replace " + helper.toStdString());
+    QString bundle = bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
     writeFile(modelFile(), "relay");
     return bundle;
 }

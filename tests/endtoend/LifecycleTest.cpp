@@ -37,13 +37,8 @@ protected:
 
     /// The same with a helper that leaves a note when it is asked to end.
     void startWithHelperThatNotes() {
-        const QString bundle = m_directory.filePath(QStringLiteral("own/Sayloft.app"));
-        QDir().mkpath(QFileInfo(bundle).path());
-        test::run(QStringLiteral("cp"),
-                  {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
-        test::run(QStringLiteral("cp"),
-                  {QStringLiteral(SAYLOFT_FOREIGN_HELPER),
-                   bundle + QStringLiteral("/Contents/Helpers/parakeet-server")});
+        const QString bundle =
+            test::bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
         test::writeFile(model(), "serve");
         test::writeConfig(home(), R"({"model":"multilingual"})");
         m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment, bundle);

@@ -49,11 +49,12 @@ QString program() {
 
 }  // namespace
 
-Nginx::Nginx(const QByteArray& directives, Scheme scheme) : m_scheme(scheme) {
+Nginx::Nginx(const QByteArray& directives, Scheme scheme, const QStringList& hosts)
+    : m_scheme(scheme) {
     QDir(m_directory.path()).mkpath(QStringLiteral("temp"));
     QDir(m_directory.path()).mkpath(QStringLiteral("files"));
     if (scheme == Scheme::https)
-        makeCertificate();
+        makeCertificates(hosts);
     // Somebody may take the port before nginx does.
     for (int attempt = 0; attempt < 5; ++attempt) {
         if (start(directives))
@@ -69,7 +70,7 @@ bool Nginx::start(const QByteArray& directives) {
     if (m_scheme == Scheme::https)
         listen +=
             " ssl http2;\n        ssl_certificate certificate.pem;\n"
-            "        ssl_certificate_key key.pem";
+            "        ssl_certificate_key certificate-key.pem";
     const QString file = m_directory.filePath(QStringLiteral("nginx.conf"));
     writeFile(
         file,
@@ -82,14 +83,27 @@ bool Nginx::start(const QByteArray& directives) {
     return settled && m_program->isRunning();
 }
 
-void Nginx::makeCertificate() const {
+void Nginx::makeCertificates(const QStringList& hosts) const {
+    QString names = QStringLiteral("subjectAltName=IP:127.0.0.1");
+    for (const QString& host : hosts)
+        names += QStringLiteral(",DNS:") + host;
+    makeCertificate(QStringLiteral("authority"), {});
+    makeCertificate(QStringLiteral("certificate"),
+                    {QStringLiteral("-CA"), authority(), QStringLiteral("-CAkey"),
+                     m_directory.filePath(QStringLiteral("authority-key.pem")),
+                     QStringLiteral("-addext"), names});
+}
+
+void Nginx::makeCertificate(const QString& name, const QStringList& arguments) const {
     run(QStringLiteral("openssl"),
-        {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
-         QStringLiteral("rsa:2048"), QStringLiteral("-nodes"), QStringLiteral("-days"),
-         QStringLiteral("2"), QStringLiteral("-subj"), QStringLiteral("/CN=localhost"),
-         QStringLiteral("-addext"), QStringLiteral("subjectAltName=IP:127.0.0.1"),
-         QStringLiteral("-keyout"), m_directory.filePath(QStringLiteral("key.pem")),
-         QStringLiteral("-out"), certificate()});
+        QStringList{QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                    QStringLiteral("ec"), QStringLiteral("-pkeyopt"),
+                    QStringLiteral("ec_paramgen_curve:P-256"), QStringLiteral("-nodes"),
+                    QStringLiteral("-days"), QStringLiteral("2"), QStringLiteral("-subj"),
+                    QStringLiteral("/CN=Test ") + name, QStringLiteral("-keyout"),
+                    m_directory.filePath(name + QStringLiteral("-key.pem")), QStringLiteral("-out"),
+                    m_directory.filePath(name + QStringLiteral(".pem"))} +
+            arguments);
 }
 
 QUrl Nginx::url(const QString& path) const {
@@ -102,8 +116,8 @@ QString Nginx::root() const {
     return m_directory.filePath(QStringLiteral("files"));
 }
 
-QString Nginx::certificate() const {
-    return m_directory.filePath(QStringLiteral("certificate.pem"));
+QString Nginx::authority() const {
+    return m_directory.filePath(QStringLiteral("authority.pem"));
 }
 
 void Nginx::serve(const QString& path, const QByteArray& content) const {

@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QUrl>
 
@@ -20,16 +21,19 @@ public:
     enum class Scheme { http, https };
 
     /// `directives` go into the server block of its configuration. Throws std::runtime_error when
-    /// it does not come up. Over HTTPS it shows a certificate that it has signed itself.
-    explicit Nginx(const QByteArray& directives = {}, Scheme scheme = Scheme::http);
+    /// it does not come up. Over HTTPS it shows a certificate for 127.0.0.1 and for `hosts`, signed
+    /// by an authority that only this test knows.
+    explicit Nginx(const QByteArray& directives = {}, Scheme scheme = Scheme::http,
+                   const QStringList& hosts = {});
 
     /// Where `path`, which begins with a slash, is found.
     [[nodiscard]] QUrl url(const QString& path) const;
     [[nodiscard]] std::uint16_t port() const { return m_port; }
 
-    /// The files that are served, and the certificate.
+    /// The files that are served.
     [[nodiscard]] QString root() const;
-    [[nodiscard]] QString certificate() const;
+    /// The certificate of the authority, for those who are to trust it.
+    [[nodiscard]] QString authority() const;
     void serve(const QString& path, const QByteArray& content) const;
     /// The strong entity tag that it gives to a file.
     [[nodiscard]] QByteArray etag(const QString& path) const;
@@ -40,7 +44,8 @@ public:
 
 private:
     [[nodiscard]] bool start(const QByteArray& directives);
-    void makeCertificate() const;
+    void makeCertificates(const QStringList& hosts) const;
+    void makeCertificate(const QString& name, const QStringList& arguments) const;
 
     QTemporaryDir m_directory;
     const Scheme m_scheme;

@@ -4,6 +4,7 @@
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
+#include <QDir>
 #include <QTcpSocket>
 
 #include <utility>
@@ -35,6 +36,16 @@ bool SayloftProgram::waitForHelper() const {
             return socket.waitForConnected(200);
         },
         std::chrono::seconds(30));
+}
+
+QString bundleWithForeignHelper(const QString& directory) {
+    QString bundle = directory + QStringLiteral("/Sayloft.app");
+    QDir().mkpath(directory);
+    run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
+    run(QStringLiteral("cp"),
+        {QStringLiteral("--remove-destination"), QStringLiteral(SAYLOFT_FOREIGN_HELPER),
+         bundle + QStringLiteral("/Contents/Helpers/parakeet-server")});
+    return bundle;
 }
 
 bool helperRuns() {

@@ -33,6 +33,10 @@ private:
     std::unique_ptr<ChildProgram> m_program;
 };
 
+/// Copies the bundle into `directory`, with the stand-in for the speech helper in its place, and
+/// returns the copy. Throws std::runtime_error when that fails.
+[[nodiscard]] QString bundleWithForeignHelper(const QString& directory);
+
 /// Whether a speech helper runs, whoever started it.
 [[nodiscard]] bool helperRuns();
 

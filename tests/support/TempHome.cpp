@@ -3,6 +3,7 @@
 
 #include "models/Paths.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -39,6 +40,13 @@ void writeFile(const QString& path, const QByteArray& content) {
     QFile file(path);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
     ASSERT_EQ(file.write(content), content.size());
+}
+
+void makeOlder(const QString& path, int days) {
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite)) << path.toStdString();
+    ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addDays(-days),
+                                 QFileDevice::FileModificationTime));
 }
 
 }  // namespace sayloft::test

@@ -27,4 +27,7 @@ private:
 /// Creates missing directories. Fails the test when the file cannot be written.
 void writeFile(const QString& path, const QByteArray& content);
 
+/// As if the file had last been written `days` before now.
+void makeOlder(const QString& path, int days);
+
 }  // namespace sayloft::test
