@@ -9,13 +9,19 @@ enable_testing()
 include(GoogleTest)
 find_package(GTest REQUIRED)
 
+# What ThreadSanitizer looks at.
+add_custom_target(threaded_tests)
+
 # sayloft_test(<name> SOURCES <files>... [LIBRARIES <targets>...] [TIMEOUT <seconds>]
-#              [LOCKS <resources>...] [DEPENDS <targets>...])
+#              [LOCKS <resources>...] [LABELS <labels>...] [DEPENDS <targets>...])
 # Every TEST becomes a ctest entry of its own. LOCKS names what only one test may use at a time:
 #   helper    port 8090 or the process name of the speech helper
 #   realtime  timing that a busy machine would spoil
+# LABELS says where else it runs, or does not:
+#   threads    it runs under ThreadSanitizer too: several threads of ours take part
+#   unchecked  it cannot run under AddressSanitizer; why is said where the label is set
 function(sayloft_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LOCKS;DEPENDS" ${ARGN})
+    cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LOCKS;LABELS;DEPENDS" ${ARGN})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 60)
     endif()
@@ -26,15 +32,17 @@ function(sayloft_test name)
     endif()
     gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES PROPERTIES TIMEOUT ${arg_TIMEOUT})
-    # WORKAROUND: gtest_discover_tests of CMake 3.25 keeps only the first of several locks, so they
-    # are set on its list of tests.
-    if(arg_LOCKS)
-        set(locks "${CMAKE_CURRENT_BINARY_DIR}/${name}_locks.cmake")
-        file(CONFIGURE OUTPUT "${locks}" @ONLY CONTENT [[
+    if("threads" IN_LIST arg_LABELS)
+        add_dependencies(threaded_tests ${name})
+    endif()
+    # WORKAROUND: gtest_discover_tests of CMake 3.25 keeps only the first of several locks or labels,
+    # so they are set on its list of tests.
+    set(properties "${CMAKE_CURRENT_BINARY_DIR}/${name}_properties.cmake")
+    file(CONFIGURE OUTPUT "${properties}" @ONLY CONTENT [[
 if(@name@_TESTS)
-    set_tests_properties(${@name@_TESTS} PROPERTIES RESOURCE_LOCK "@arg_LOCKS@")
+    set_tests_properties(${@name@_TESTS} PROPERTIES
+        RESOURCE_LOCK "@arg_LOCKS@" LABELS "@arg_LABELS@")
 endif()
 ]])
-        set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${locks}")
-    endif()
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${properties}")
 endfunction()
