@@ -30,6 +30,10 @@ xcb_window_t window(FuzzInput& input) {
     return fuzz::FakeXServer::firstWindow + input.byte();
 }
 
+xcb_atom_t selection(FuzzInput& input) {
+    return input.byte() % 2 == 0 ? fuzz::fakeAtom("CLIPBOARD") : xcb_atom_t{XCB_ATOM_PRIMARY};
+}
+
 class Session {
 public:
     Session() : m_thread(connect()), m_agent(m_thread) {}
@@ -123,7 +127,7 @@ private:
         event.response_type = XCB_SELECTION_REQUEST;
         event.owner = window(input);
         event.requestor = window(input);
-        event.selection = input.byte() % 2 == 0 ? fuzz::fakeAtom("CLIPBOARD") : XCB_ATOM_PRIMARY;
+        event.selection = selection(input);
         event.target = atom(input);
         event.property = atom(input);
         send(event);
@@ -146,9 +150,8 @@ private:
         fakeXServer().selectionOwner = window(input);
         xcb_generic_event_t event{};
         event.response_type = 87;  // XFixesSelectionNotify
-        const xcb_atom_t selection =
-            input.byte() % 2 == 0 ? fuzz::fakeAtom("CLIPBOARD") : XCB_ATOM_PRIMARY;
-        std::memcpy(reinterpret_cast<char*>(&event) + 12, &selection, sizeof selection);
+        const xcb_atom_t changed = selection(input);
+        std::memcpy(reinterpret_cast<char*>(&event) + 12, &changed, sizeof changed);
         m_agent.handle(event);
     }
 

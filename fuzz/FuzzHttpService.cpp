@@ -5,6 +5,7 @@
 #include "helper/HttpService.h"
 #include "tests/support/Loopback.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <thread>
 
@@ -38,6 +39,15 @@ std::uint16_t startService() {
     return port;
 }
 
+// The fuzzing engine's clock is a signal.
+int connectTo(std::uint16_t port) {
+    int connection = -1;
+    do {
+        connection = test::connectToLoopback(port);
+    } while (connection < 0 && errno == EINTR);
+    return connection;
+}
+
 bool isProperAnswer(std::string_view answer) {
     for (const std::string_view status : {"100", "200", "400", "404", "503"}) {
         if (answer.starts_with("HTTP/1.1 " + std::string(status) + ' '))
@@ -50,7 +60,7 @@ bool isProperAnswer(std::string_view answer) {
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::uint16_t port = startService();
-    const fuzz::Socket client(test::connectToLoopback(port));
+    const fuzz::Socket client(connectTo(port));
     client.sendAll(fuzz::FuzzInput(data, size).rest());
     const std::string answer = client.receiveAll();
     if (size == 0 ? answer.empty() : isProperAnswer(answer))
