@@ -7,6 +7,7 @@ set -eu
 build=$1
 seconds=$2
 shift 2
+# shellcheck disable=SC2046  # a list of words on purpose
 [ $# -gt 0 ] || set -- $(ls fuzz/corpus)
 
 failed=""
