@@ -2,32 +2,29 @@
 // Stands for the fuzzing engine where there is none: runs the inputs that are there once each.
 #include "fuzz/support/FuzzInput.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <set>
+#include <sstream>
 #include <string>
-#include <vector>
 
 namespace {
 
-using Files = std::vector<std::filesystem::path>;
-
-Files inputsIn(const std::filesystem::path& folder) {
-    Files files;
+std::set<std::string> inputsIn(const char* folder) {
+    std::set<std::string> files;
     for (const auto& entry : std::filesystem::directory_iterator(folder))
-        files.push_back(entry.path());
-    std::sort(files.begin(), files.end());
+        files.insert(entry.path().string());
     return files;
 }
 
-void replay(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    const std::string content{std::istreambuf_iterator<char>(file), {}};
+void replay(const std::string& path) {
+    std::ostringstream content;
+    content << std::ifstream(path, std::ios::binary).rdbuf();
+    const std::string input = content.str();
     std::printf("%s\n", path.c_str());
     std::fflush(stdout);  // the last line names the input that ended the program
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(content.data()), content.size());
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(input.data()), input.size());
 }
 
 }  // namespace
@@ -37,8 +34,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "Usage: %s <folder of inputs>\n", argv[0]);
         return 2;
     }
-    const Files files = inputsIn(argv[1]);
-    for (const auto& file : files)
+    const std::set<std::string> files = inputsIn(argv[1]);
+    for (const std::string& file : files)
         replay(file);
     return files.empty() ? 1 : 0;
 }
