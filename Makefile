@@ -6,7 +6,11 @@ BUNDLE := $(BUILD)/Sayloft.app
 PACKAGES := packaging/debian-packages
 SOURCES = $(shell git ls-files '*.cpp' '*.h')
 
-.PHONY: build run test bench format lint clean build-packages all-packages configure everything
+# Of each fuzzer.
+FUZZ_SECONDS := 20
+
+.PHONY: build run test endurance check check-asan check-tsan check-fuzz bench format lint clean \
+    build-packages all-packages fuzz-packages configure everything
 
 build: configure
 	cmake --build $(BUILD) --target bundle
@@ -15,7 +19,36 @@ run: build
 	scripts/run.sh $(BUNDLE)
 
 test: all-packages everything
-	ctest --test-dir $(BUILD) --output-on-failure --parallel 2 --no-tests=error
+	ctest --test-dir $(BUILD) --output-on-failure --parallel 2 --no-tests=error --label-exclude long
+
+# Half an hour of holding, a thousand dictations and the like: an hour.
+endurance: all-packages everything
+	ctest --test-dir $(BUILD) --verbose --no-tests=error --label-regex long
+
+# Everything but that. A goal after another, since most of them wait for time to pass.
+check:
+	$(MAKE) test
+	$(MAKE) check-asan
+	$(MAKE) check-tsan
+	$(MAKE) check-fuzz
+
+# The whole suite under AddressSanitizer, LeakSanitizer and UndefinedBehaviorSanitizer.
+check-asan: all-packages
+	@test -e build-asan/build.ninja || cmake --preset asan
+	cmake --build --preset asan
+	scripts/sanitized-tests.sh build-asan --label-exclude "unchecked|long"
+
+# The parts with threads under ThreadSanitizer.
+check-tsan: all-packages
+	@test -e build-tsan/build.ninja || cmake --preset tsan
+	cmake --build --preset tsan
+	scripts/sanitized-tests.sh build-tsan --label-regex threads
+
+# Made-up inputs for everything that comes from outside; see fuzz/.
+check-fuzz: fuzz-packages
+	@test -e build-fuzz/build.ninja || cmake --preset fuzz
+	cmake --build --preset fuzz
+	scripts/fuzz.sh build-fuzz $(FUZZ_SECONDS)
 
 bench: all-packages everything
 	scripts/bench.sh $(BUILD)
@@ -28,7 +61,7 @@ lint: all-packages everything
 	scripts/lint.sh $(BUILD)
 
 clean:
-	rm -rf build build-debug build-asan build-tsan
+	rm -rf build build-debug build-asan build-tsan build-fuzz
 
 everything: configure
 	cmake --build $(BUILD)
@@ -41,3 +74,6 @@ build-packages:
 
 all-packages:
 	@scripts/install-packages.sh $(PACKAGES)-build.txt $(PACKAGES)-desktop.txt $(PACKAGES)-test.txt
+
+fuzz-packages:
+	@scripts/install-packages.sh $(PACKAGES)-build.txt $(PACKAGES)-fuzz.txt

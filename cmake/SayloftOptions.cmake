@@ -7,6 +7,7 @@ endif()
 option(SAYLOFT_STARTER "Ship the starter model and its recogniser" ${_starter_default})
 option(SAYLOFT_TESTS "Build the tests" ON)
 option(SAYLOFT_BENCH "Build the benchmarks" ON)
+option(SAYLOFT_FUZZ "Build the fuzzers, with clang" OFF)
 set(SAYLOFT_SANITIZE "" CACHE STRING "Sanitizers to build with, as -fsanitize= takes them")
 
 set(CMAKE_CXX_STANDARD 20)

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "models/BodyPlan.h"
 
+#include <limits>
+
 namespace sayloft {
 namespace {
 
@@ -17,7 +19,9 @@ bool isSameFile(const ResponseHead& head, const LinkedEntity& linked, const Resu
 }
 
 BodyPlan planRest(const ResponseHead& head, const LinkedEntity& linked, const StoredPart& stored) {
-    const bool fits = head.range && head.range->first == stored.length;
+    constexpr qint64 largest = std::numeric_limits<qint64>::max();
+    const bool fits = head.range && head.range->first == stored.length &&
+                      head.length.value_or(0) <= largest - stored.length;
     if (!fits || !isSameFile(head, linked, stored.note))
         return {.verdict = Verdict::startOver};
     BodyPlan plan{.offset = stored.length, .size = head.range->size};
@@ -33,7 +37,7 @@ BodyPlan planRest(const ResponseHead& head, const LinkedEntity& linked, const St
 BodyPlan planWhole(const ResponseHead& head) {
     const bool isPart =
         head.status == 206 && head.range &&
-        (head.range->first != 0 || (head.range->size && *head.range->size != head.range->last + 1));
+        (head.range->first != 0 || (head.range->size && *head.range->size - 1 != head.range->last));
     if (isPart)
         return refusal(QStringLiteral("the host sends a part of the file only"));
     return {.size = head.length};

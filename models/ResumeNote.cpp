@@ -17,7 +17,7 @@ QByteArray textIn(const Json& note, const char* key) {
 std::optional<qint64> sizeIn(const Json& note) {
     const auto found = note.find("size");
     const auto size = found == note.end() ? std::nullopt : readInteger(*found);
-    return size ? std::optional<qint64>(*size) : std::nullopt;
+    return size && *size >= 0 ? std::optional<qint64>(*size) : std::nullopt;
 }
 
 }  // namespace

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace sayloft {
 namespace {
 
@@ -71,6 +73,12 @@ TEST_F(RestOfAFile, mustBeginWhereTheStoredPartEnds) {
     EXPECT_EQ(plan().verdict, Verdict::startOver);
 }
 
+TEST_F(RestOfAFile, isNotLongerThanAnyFileCanBe) {
+    m_head.range->size.reset();
+    m_head.length = std::numeric_limits<qint64>::max();
+    EXPECT_EQ(plan().verdict, Verdict::startOver);
+}
+
 TEST_F(RestOfAFile, isTheWholeFileWhenTheHostSaysSo) {
     m_head.status = 200;
     m_head.range.reset();
@@ -123,6 +131,13 @@ TEST_F(WholeFile, isRefusedWhenItIsAPart) {
     m_head.range = ContentRange{.first = 1, .last = 9, .size = 10};
     EXPECT_EQ(plan().verdict, Verdict::refuse);
     m_head.range = ContentRange{.first = 0, .last = 8, .size = 10};
+    EXPECT_EQ(plan().verdict, Verdict::refuse);
+}
+
+TEST_F(WholeFile, isRefusedWhenItsLastByteIsTheLastThatThereCanBe) {
+    constexpr qint64 largest = std::numeric_limits<qint64>::max();
+    m_head.status = 206;
+    m_head.range = ContentRange{.first = 0, .last = largest, .size = largest};
     EXPECT_EQ(plan().verdict, Verdict::refuse);
 }
 

@@ -99,7 +99,7 @@ void SelectionReaderX11::onNotify(const xcb_selection_notify_event_t& event) {
 void SelectionReaderX11::onTargets() {
     const std::optional<SelectionValue> value = takeProperty();
     std::vector<xcb_atom_t> offered;
-    if (value && value->form.format == 32) {
+    if (value && value->form.format == 32 && !value->data.isEmpty()) {
         offered.resize(static_cast<std::size_t>(value->data.size()) / sizeof(xcb_atom_t));
         std::memcpy(offered.data(), value->data.constData(), offered.size() * sizeof(xcb_atom_t));
     }

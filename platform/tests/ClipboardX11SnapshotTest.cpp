@@ -178,6 +178,14 @@ TEST_F(ClipboardX11Snapshot, leavesOutATypeThatTheOwnerRefuses) {
     EXPECT_EQ(take().snapshot, (ClipboardSnapshot{{{{"UTF8_STRING", "text"}}}}));
 }
 
+TEST_F(ClipboardX11Snapshot, ofAnOwnerThatOffersNothingIsEmpty) {
+    SelectionTestOwner owner({{.name = "TARGETS", .data = {}, .type = "ATOM", .format = 32}});
+    const auto snapshot = take().snapshot;
+    ASSERT_TRUE(snapshot.has_value());
+    EXPECT_TRUE(snapshot->items.empty());
+    EXPECT_EQ(owner.asked(), QList<QByteArray>{"TARGETS"});
+}
+
 TEST_F(ClipboardX11Snapshot, readsPlainTextOfAnOwnerThatDoesNotSayWhatItHas) {
     SelectionTestOwner owner(
         {{.name = "TARGETS", .data = {}, .type = {}, .manner = Manner::refuses},

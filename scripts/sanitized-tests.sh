@@ -1,0 +1,15 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+# Runs tests that have been built with a sanitizer. Usage: sanitized-tests.sh <build> [<for ctest>...]
+# Every report fails the test in which it was made, also where a program that it starts makes it.
+set -eu
+
+build=$1
+shift
+tests=$PWD/tests
+export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1"
+export LSAN_OPTIONS="suppressions=$tests/lsan.supp:print_suppressions=0"
+export UBSAN_OPTIONS="print_stacktrace=1"
+export TSAN_OPTIONS="suppressions=$tests/tsan.supp:second_deadlock_stack=1"
+
+ctest --test-dir "$build" --output-on-failure --parallel 2 --no-tests=error "$@"
