@@ -92,14 +92,17 @@ private:
     void openOnboardingIfNeeded();
     void followLoginItem();
     void help(Trouble trouble);
+    void showReason();
     void storeCapturedChord(const ChordCaptured& captured);
 
     [[nodiscard]] Overlay* dictationOverlay() override { return overlay.get(); }
     [[nodiscard]] bool accessibilityTrusted() const override;
     [[nodiscard]] bool serverReady() const override;
+    void dictationEnded() override;
     [[nodiscard]] Overlay* configuredOverlay() override { return overlay.get(); }
     [[nodiscard]] Windows* openWindows() override { return windows.get(); }
 
+    QString m_reason;  ///< that the status item shows
     Platform m_platform;
     Permissions m_permissions;
     TroubleWatch m_troubles;

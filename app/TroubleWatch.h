@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QThreadPool>
 #include <QTimer>
 
 #include <chrono>
@@ -31,6 +32,7 @@ public:
     void serverGone();
     /// A dictation begins, so that a sound server is needed now.
     void dictationBegins();
+    void dictationEnded();
 
     [[nodiscard]] bool holds(Trouble trouble) const;
     /// The most severe cause that holds in a few words; empty when there is none.
@@ -43,6 +45,7 @@ public:
 private:
     void reviewSound();
     void reviewTray();
+    void reviewFiles();
     void trayChanged();
     void set(Trouble trouble, bool holds);
 
@@ -51,6 +54,7 @@ private:
     const std::chrono::milliseconds m_grace;
     TroubleNotices m_notices;
     QTimer m_soundReview;  ///< runs while nothing can be recorded
+    QThreadPool m_disk;    ///< one thread: a disk may stall
 };
 
 }  // namespace sayloft

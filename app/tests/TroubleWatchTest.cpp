@@ -2,10 +2,12 @@
 #include "app/TroubleWatch.h"
 
 #include "models/Paths.h"
+#include "storage/Config.h"
 #include "tests/support/FakePlatform.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
+#include <QDir>
 #include <QHostAddress>
 #include <QTcpServer>
 
@@ -170,6 +172,28 @@ TEST_F(TheTroubleWatch, waitsForATrayThatCrashed) {
     m_tray.setShown(false);
     EXPECT_EQ(m_watch.reason(), QString());
     EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason() == noTray; }));
+}
+
+TEST_F(TheTroubleWatch, seesThatTheFolderRefusesUntilItDoesNot) {
+    test::writeFile(DATA_DIR, "a file where the folder should be");
+    m_watch.launched();
+    ASSERT_TRUE(test::waitUntil(
+        [this] { return m_watch.reason() == QStringLiteral("~/.sayloft not writable"); }));
+    QFile::remove(DATA_DIR);
+    m_watch.dictationBegins();
+    EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
+    EXPECT_TRUE(QDir(TEMP_DIR).isEmpty());
+}
+
+TEST_F(TheTroubleWatch, seesThatTheSettingsAreUnreadableUntilTheyAreSaved) {
+    test::writeFile(Config::url() + QStringLiteral("/inside"), "the path is a directory");
+    m_watch.launched();
+    ASSERT_TRUE(test::waitUntil(
+        [this] { return m_watch.reason() == QStringLiteral("settings unreadable"); }));
+    QDir(Config::url()).removeRecursively();
+    Config().save();
+    m_watch.dictationEnded();
+    EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
 }
 
 TEST_F(TheTroubleWatch, namesTheMostSevereCause) {
