@@ -42,15 +42,11 @@ struct Overloaded : Handlers... {
 template <typename... Handlers>
 Overloaded(Handlers...) -> Overloaded<Handlers...>;
 
-Config loadSettings() {
-    mendStoredFiles();
-    return Config::load();
-}
-
 }  // namespace
 
 AppDelegate::AppDelegate(Platform platform)
-    : cfg(loadSettings()),
+    : m_areSettingsRead(mendStoredFiles()),
+      cfg(Config::load()),
       m_platform(std::move(platform)),
       m_permissions(*m_platform.audioInput, *m_platform.privacy),
       m_troubles(*m_platform.notifier, *m_platform.audioInput, *m_platform.trayItem),
@@ -86,6 +82,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_parakeet.onReady = [this] { setState(IconState::ready); };
     m_parakeet.onGone = [this] { m_troubles.serverGone(); };
     const QString model = modelPath(modelInfo(cfg.model).file);
+    m_troubles.settingsRead(m_areSettingsRead);
     m_troubles.serverStarts(model);
     m_parakeet.start(model);
     checkPermissions();

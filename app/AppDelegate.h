@@ -66,6 +66,10 @@ public:
     void setState(IconState state) override;
     void buildMenu() override;
 
+private:
+    const bool m_areSettingsRead;  ///< mended first, then read
+
+public:
     Config cfg;
 
     // What the user sees; each may be absent.

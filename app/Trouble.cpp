@@ -71,9 +71,9 @@ TroubleText troubleText(Trouble trouble) {
             return {QStringLiteral("settings unreadable"),
                     QStringLiteral("Sayloft cannot read its settings"),
                     QStringLiteral("The defaults count instead of ~/.sayloft/config.json, which is "
-                                   "damaged or out of reach. The end of ~/.sayloft/sayloft.log "
-                                   "tells more; a damaged text is kept in config.json.broken."),
-                    QStringLiteral("Settings")};
+                                   "damaged or out of reach. ~/.sayloft/sayloft.log tells more; a "
+                                   "damaged text is kept in config.json.broken. Put it right, then "
+                                   "start Sayloft anew.")};
         case Trouble::noTrayHost:
             return {QStringLiteral("no place for the icon"),
                     QStringLiteral("Sayloft runs, but its icon has no place"),

@@ -6,7 +6,6 @@
 #include "platform/TrayItem.h"
 #include "storage/FolderProbe.h"
 #include "storage/PrivateFolder.h"
-#include "storage/StoredFiles.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -65,6 +64,10 @@ void TroubleWatch::launched() {
         reviewTray();
         reviewSound();
     });
+}
+
+void TroubleWatch::settingsRead(bool isPossible) {
+    set(Trouble::settingsUnreadable, !isPossible);
 }
 
 void TroubleWatch::keysWatched(bool isPossible) {
@@ -136,11 +139,9 @@ void TroubleWatch::reviewTray() {
 void TroubleWatch::reviewFiles() {
     m_disk.start([this] {
         const FolderState state = tryFolder(TEMP_DIR);
-        const bool isUnreadable = areSettingsUnreadable();
-        QMetaObject::invokeMethod(this, [this, state, isUnreadable] {
+        QMetaObject::invokeMethod(this, [this, state] {
             set(Trouble::diskFull, state == FolderState::full);
             set(Trouble::folderRefuses, state == FolderState::refuses);
-            set(Trouble::settingsUnreadable, isUnreadable);
         });
     });
 }

@@ -26,6 +26,8 @@ public:
                  std::chrono::milliseconds grace = std::chrono::seconds(10));
 
     void launched();
+    /// They are read once, so that a save does not mend what was not read.
+    void settingsRead(bool isPossible);
     void keysWatched(bool isPossible);
     /// The server is about to be started with this model.
     void serverStarts(const QString& modelPath);

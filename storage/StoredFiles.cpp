@@ -8,15 +8,11 @@
 
 namespace sayloft {
 
-void mendStoredFiles() {
+bool mendStoredFiles() {
     closeToOthers(DATA_DIR, DOWNLOAD_MODELS_DIR);
-    Config::file().mend();
+    const KeptFile::Source settings = Config::file().mend();
     History::file().mend();
-}
-
-bool areSettingsUnreadable() {
-    const KeptFile::Source source = Config::file().read().source;
-    return source == KeptFile::Source::broken || source == KeptFile::Source::unreadable;
+    return settings != KeptFile::Source::broken && settings != KeptFile::Source::unreadable;
 }
 
 }  // namespace sayloft

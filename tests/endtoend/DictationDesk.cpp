@@ -80,7 +80,7 @@ void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
     m_bus.addTo(environment);
     m_room.addTo(environment);
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
-    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle);
+    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle, m_runBy);
     if (!m_sayloft->waitForLog(QStringLiteral("event tap installed OK")))
         throw std::runtime_error("Sayloft did not come up: " + m_sayloft->log().toStdString());
     waitForSound();

@@ -45,6 +45,9 @@ public:
     /// Ends that: somebody answers as if the test had been started with him.
     void startServer(const std::vector<RawAnswer>& answers);
 
+    /// The program is run by this command line at later starts.
+    void runBy(const QStringList& command) { m_runBy = command; }
+
     /// Presses the keys and waits until the microphone is open.
     void hold(const Chord& chord = dictate);
     void letGo(const Chord& chord = dictate);
@@ -60,6 +63,11 @@ public:
     /// The file of the last recording, which is left as it is until the next one begins.
     [[nodiscard]] QString lastRecording() const {
         return home() + QStringLiteral("/.sayloft/tmp/sayloft_rec.wav");
+    }
+    [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
+    /// A file in the folder where the program keeps its own.
+    [[nodiscard]] QString dataFile(const QString& name) const {
+        return home() + QStringLiteral("/.sayloft/") + name;
     }
     /// What the speech server was sent, oldest first.
     [[nodiscard]] std::vector<Samples> recordings() const;
@@ -78,6 +86,7 @@ public:
     void waitForSound() const;
 
     [[nodiscard]] const XServer& display() const { return m_display; }
+    [[nodiscard]] XServer& display() { return m_display; }
     [[nodiscard]] const SessionBus& bus() const { return m_bus; }
     [[nodiscard]] TestKeyboard& keyboard() { return m_keyboard; }
     [[nodiscard]] SoundServer& room() { return m_room; }
@@ -89,7 +98,6 @@ private:
     void listen(const std::vector<RawAnswer>& answers);
     void waitUntilAsked() const;
     [[nodiscard]] QString bundleWithDeafHelper();
-    [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
 
     QTemporaryDir m_directory;
     XServer m_display;
@@ -100,6 +108,7 @@ private:
     TargetApplication m_editor{Target::mousepad, m_display};
     Samples m_noise = noise(8000);
     QString m_noiseFile = m_directory.filePath(QStringLiteral("noise.wav"));
+    QStringList m_runBy;
     std::unique_ptr<RawHttpServer> m_speechServer;
     std::unique_ptr<SayloftProgram> m_sayloft;
 };

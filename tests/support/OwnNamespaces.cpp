@@ -10,6 +10,7 @@
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 #include <net/if.h>
@@ -71,15 +72,23 @@ SmallDisk::SmallDisk(const QString& folder, const QByteArray& options)
 }
 
 SmallDisk::~SmallDisk() {
+    makeWritable();
     ::umount2(m_folder.constData(), MNT_DETACH);
 }
 
+// Over itself: a file that is open for writing keeps the disk from becoming read-only, but not the
+// place where it is seen.
 void SmallDisk::makeReadOnly() {
-    remount(MS_RDONLY);
+    check(::mount(m_folder.constData(), m_folder.constData(), nullptr, MS_BIND, nullptr) == 0 &&
+              ::mount(nullptr, m_folder.constData(), nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY,
+                      nullptr) == 0,
+          "a read-only disk");
+    m_isReadOnly = true;
 }
 
 void SmallDisk::makeWritable() {
-    remount(0);
+    if (std::exchange(m_isReadOnly, false))
+        ::umount2(m_folder.constData(), MNT_DETACH);
 }
 
 void SmallDisk::fill() {
@@ -94,11 +103,6 @@ void SmallDisk::fill() {
 
 void SmallDisk::makeRoom() {
     ::unlink((m_folder + "/filler").constData());
-}
-
-void SmallDisk::remount(unsigned long flags) {
-    check(::mount("tmpfs", m_folder.constData(), "tmpfs", MS_REMOUNT | flags, nullptr) == 0,
-          "a remount");
 }
 
 }  // namespace sayloft::test

@@ -27,9 +27,8 @@ public:
     void makeRoom();
 
 private:
-    void remount(unsigned long flags);
-
     QByteArray m_folder;
+    bool m_isReadOnly = false;
 };
 
 }  // namespace sayloft::test
