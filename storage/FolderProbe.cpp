@@ -15,7 +15,7 @@
 namespace sayloft {
 namespace {
 
-constexpr std::size_t eightSeconds = 8 * 32'000;
+constexpr std::size_t eightSeconds = 256'000;
 
 FolderState stateAfter(int error) {
     const bool isFull = error == ENOSPC || error == EDQUOT;

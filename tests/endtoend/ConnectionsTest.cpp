@@ -71,6 +71,8 @@ protected:
             return "AT-SPI";
         if (rest == QStringLiteral("sin_port=htons(8090), sin_addr=inet_addr(\"127.0.0.1\")"))
             return "127.0.0.1:8090";
+        if (family == QStringLiteral("AF_NETLINK"))
+            return "kernel";
         if (rest.startsWith(QStringLiteral("sin_port=htons(53), ")) ||
             rest.contains(QStringLiteral("nscd")) || rest.contains(QStringLiteral("resolve")))
             return "name server";
@@ -130,7 +132,7 @@ TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
     EXPECT_THAT(reached(), testing::IsSupersetOf(
                                {"X server", "session bus", "sound server", "127.0.0.1:8090"}));
     EXPECT_THAT(reached(), testing::IsSubsetOf({"X server", "session bus", "sound server",
-                                                "127.0.0.1:8090", "AT-SPI"}));
+                                                "127.0.0.1:8090", "AT-SPI", "kernel"}));
 }
 
 // It downloads its model, and the name of where that lies is all that it asks for.
@@ -144,8 +146,9 @@ TEST_F(TheProgramAndItsChildren, lookOnlyForTheHostOfTheModelsAtAFirstStart) {
     EXPECT_TRUE(sayloft.waitForLog(QStringLiteral("download error")));
     quit(sayloft);
     EXPECT_THAT(reached(), testing::IsSupersetOf({"X server", "session bus"}));
-    EXPECT_THAT(reached(), testing::IsSubsetOf({"X server", "session bus", "sound server",
-                                                "127.0.0.1:8090", "AT-SPI", "name server"}));
+    EXPECT_THAT(reached(),
+                testing::IsSubsetOf({"X server", "session bus", "sound server", "127.0.0.1:8090",
+                                     "AT-SPI", "kernel", "name server"}));
     EXPECT_THAT(namesAskedFor(), testing::Not(testing::IsEmpty()));
     const std::string host =
         QUrl(modelInfo(QStringLiteral("multilingual")).url).host().toStdString();

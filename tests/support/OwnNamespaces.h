@@ -7,7 +7,8 @@
 namespace sayloft::test {
 
 /// Puts the test, and all that it starts from here on, where there is no network but a loopback of
-/// its own. Throws std::runtime_error when the system does not allow that, as all of these do.
+/// its own, and nobody to ask for names. Throws std::runtime_error when the system does not allow
+/// that, as all of these do.
 void leaveTheNetwork();
 
 /// A file system of its own for this test and what it starts: a folder in memory.
