@@ -3,6 +3,7 @@
 
 #include "app/CapturedChords.h"
 #include "app/StatusMenu.h"
+#include "audio/FailedRecording.h"
 #include "models/ModelCatalogue.h"
 #include "overlay/PillOverlay.h"
 #include "platform/AudioInput.h"
@@ -16,6 +17,7 @@
 #include "platform/TrayItem.h"
 #include "platform/WindowEffects.h"
 #include "storage/Log.h"
+#include "storage/StoredFiles.h"
 #include "updates/Updater.h"
 
 #include <QCoreApplication>
@@ -27,6 +29,9 @@
 #include <utility>
 
 namespace sayloft {
+
+using namespace std::chrono_literals;
+
 namespace {
 
 template <typename... Handlers>
@@ -40,7 +45,8 @@ Overloaded(Handlers...) -> Overloaded<Handlers...>;
 }  // namespace
 
 AppDelegate::AppDelegate(Platform platform)
-    : cfg(Config::load()),
+    : m_areSettingsRead(mendStoredFiles()),
+      cfg(Config::load()),
       m_platform(std::move(platform)),
       m_permissions(*m_platform.audioInput, *m_platform.privacy),
       m_troubles(*m_platform.notifier, *m_platform.audioInput, *m_platform.trayItem),
@@ -56,10 +62,7 @@ AppDelegate::AppDelegate(Platform platform)
                  .sounds = *m_platform.sounds},
                 *this) {
     statusItem = makeStatusItem();
-    m_troubles.onReason = [this] {
-        if (statusItem)
-            statusItem->setReason(m_troubles.reason());
-    };
+    m_troubles.onReason = [this] { showReason(); };
     m_troubles.onRemedy = [this](Trouble trouble) { help(trouble); };
     m_platform.keyPoster->setMayReleaseHeldKeys(
         [this] { return !m_session.running().isRecording; });
@@ -81,6 +84,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     m_parakeet.onGone = [this] { m_troubles.serverGone(); };
     m_parakeet.onStranger = [this] { m_troubles.strangerAtPort(); };
     const QString model = modelPath(modelInfo(cfg.model).file);
+    m_troubles.settingsRead(m_areSettingsRead);
     m_troubles.serverStarts(model);
     m_parakeet.start(model);
     checkPermissions();
@@ -89,13 +93,16 @@ void AppDelegate::applicationDidFinishLaunching() {
     followLoginItem();
     openOnboardingIfNeeded();
     m_troubles.launched();
+    showReason();
 }
 
 void AppDelegate::applicationWillTerminate() {
+    m_session.giveUp();
     m_parakeet.stop();
     m_downloader.stop();
     m_paster.restoreForGood();
     m_platform.clipboard->handOver();
+    KeptFile::waitForDisk(1s);
 }
 
 void AppDelegate::activate() {
@@ -204,6 +211,20 @@ std::unique_ptr<StatusItem> AppDelegate::makeStatusItem() {
             .quit = [this] { quit(); }});
 }
 
+void AppDelegate::showReason() {
+    if (!statusItem)
+        return;
+    QStringList reasons;
+    if (const QString trouble = m_troubles.reason(); !trouble.isEmpty())
+        reasons.append(trouble);
+    if (FailedRecording::isKept())
+        reasons.append(QStringLiteral("recording kept in ~/.sayloft/") +
+                       QFileInfo(FailedRecording::file()).fileName());
+    const QString reason = reasons.join(QStringLiteral("; "));
+    if (std::exchange(m_reason, reason) != reason)
+        statusItem->setReason(reason);
+}
+
 void AppDelegate::installEventTap() {
     const bool installed = m_platform.modifierWatch->start(
         [this](std::uint64_t flags) { process(Mods::fromFlags(flags)); });
@@ -257,6 +278,11 @@ void AppDelegate::storeCapturedChord(const ChordCaptured& captured) {
         if (windows)
             windows->refreshSettings();
     });
+}
+
+void AppDelegate::dictationEnded() {
+    m_troubles.dictationEnded();
+    showReason();
 }
 
 bool AppDelegate::accessibilityTrusted() const {

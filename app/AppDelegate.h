@@ -66,6 +66,10 @@ public:
     void setState(IconState state) override;
     void buildMenu() override;
 
+private:
+    const bool m_areSettingsRead;  ///< mended first, then read
+
+public:
     Config cfg;
 
     // What the user sees; each may be absent.
@@ -92,14 +96,17 @@ private:
     void openOnboardingIfNeeded();
     void followLoginItem();
     void help(Trouble trouble);
+    void showReason();
     void storeCapturedChord(const ChordCaptured& captured);
 
     [[nodiscard]] Overlay* dictationOverlay() override { return overlay.get(); }
     [[nodiscard]] bool accessibilityTrusted() const override;
     [[nodiscard]] bool serverReady() const override;
+    void dictationEnded() override;
     [[nodiscard]] Overlay* configuredOverlay() override { return overlay.get(); }
     [[nodiscard]] Windows* openWindows() override { return windows.get(); }
 
+    QString m_reason;  ///< that the status item shows
     Platform m_platform;
     Permissions m_permissions;
     TroubleWatch m_troubles;

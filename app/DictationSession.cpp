@@ -3,6 +3,7 @@
 
 #include "app/TextFigures.h"
 #include "app/TranscriptionThread.h"
+#include "audio/FailedRecording.h"
 #include "audio/Recorder.h"
 #include "overlay/Overlay.h"
 #include "platform/SystemSounds.h"
@@ -52,6 +53,7 @@ void DictationSession::endRecording() {
         if (Overlay* overlay = m_host.dictationOverlay())
             overlay->setActive(false);
         m_host.setState(IconState::ready);
+        m_host.dictationEnded();
         return;
     }
 
@@ -65,8 +67,13 @@ void DictationSession::endRecording() {
     connect(thread, &QThread::finished, this, [this, thread, dictation] {
         thread->deleteLater();
         transcriptionFinished(thread->text(), dictation);
+        m_host.dictationEnded();
     });
     thread->start();
+}
+
+void DictationSession::giveUp() {
+    qDeleteAll(findChildren<QThread*>());
 }
 
 void DictationSession::flashError() {
@@ -101,6 +108,7 @@ void DictationSession::deliver(const QString& text, const Finished& dictation) {
         if (m_parts.cfg.playSounds)
             m_parts.sounds.play(QStringLiteral("Tink"));
         m_parts.history.add(text);
+        FailedRecording::forget();
         m_host.buildMenu();
     }
     reportOnOverlay(text, dictation.seconds);

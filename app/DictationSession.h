@@ -33,6 +33,8 @@ public:
     [[nodiscard]] virtual Overlay* dictationOverlay() = 0;  ///< may be null
     [[nodiscard]] virtual bool accessibilityTrusted() const = 0;
     [[nodiscard]] virtual bool serverReady() const = 0;
+    /// Whatever has come of it.
+    virtual void dictationEnded() = 0;
 };
 
 /// The parts that a dictation is made of; all of them outlive the session.
@@ -57,6 +59,9 @@ public:
 
     void beginRecording(bool enter, Mods chord);
     void endRecording();
+
+    /// Gives up what is still being transcribed, whose sound is kept; prompt.
+    void giveUp();
 
     /// Shows the error icon for a moment.
     void flashError();

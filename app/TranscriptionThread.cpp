@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/TranscriptionThread.h"
 
+#include "audio/FailedRecording.h"
 #include "audio/Recording.h"
 #include "speech/Transcriber.h"
 
@@ -20,6 +21,8 @@ TranscriptionThread::~TranscriptionThread() {
 void TranscriptionThread::run() {
     const QString file = m_recording->waitUntilFinished();
     m_text = m_transcriber.transcribe(file, m_stop.get_token());
+    if (!m_text)
+        FailedRecording::keep(file);
     // The recording's file name is free for the next one from here on.
     m_recording.reset();
 }

@@ -13,8 +13,8 @@ namespace sayloft {
 class Recording;
 class Transcriber;
 
-/// Transcribes one recording on a thread of its own and emits `finished`. Destroying it gives up
-/// the transcription and waits for the thread, which is prompt.
+/// Transcribes one recording on a thread of its own, keeps it where that fails and emits
+/// `finished`. Destroying it gives up the transcription and waits for the thread, which is prompt.
 class TranscriptionThread : public QThread {
 public:
     /// `transcriber` must outlive the thread and may serve several at once.

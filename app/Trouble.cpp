@@ -36,6 +36,17 @@ TroubleText troubleText(Trouble trouble) {
                                    "programs or choose a smaller model in Sayloft's settings, then "
                                    "start Sayloft anew."),
                     QStringLiteral("Settings")};
+        case Trouble::diskFull:
+            return {QStringLiteral("disk full"), QStringLiteral("The disk is full"),
+                    QStringLiteral("Sayloft has no room in ~/.sayloft for what you say, nor for "
+                                   "the settings and the history. Make room; nothing needs to be "
+                                   "started anew.")};
+        case Trouble::folderRefuses:
+            return {QStringLiteral("~/.sayloft not writable"),
+                    QStringLiteral("Sayloft cannot write to its folder"),
+                    QStringLiteral("What you say is kept for a moment in ~/.sayloft, which is "
+                                   "read-only or belongs to somebody else, so that nothing can be "
+                                   "dictated. Give yourself the right to write there.")};
         case Trouble::soundServerGone:
             return {QStringLiteral("no sound server"),
                     QStringLiteral("Sayloft finds no sound server"),
@@ -56,6 +67,13 @@ TroubleText troubleText(Trouble trouble) {
                                    "switch it on in the sound settings; Sayloft finds it by "
                                    "itself."),
                     QStringLiteral("What to do")};
+        case Trouble::settingsUnreadable:
+            return {QStringLiteral("settings unreadable"),
+                    QStringLiteral("Sayloft cannot read its settings"),
+                    QStringLiteral("The defaults count instead of ~/.sayloft/config.json, which is "
+                                   "damaged or out of reach. ~/.sayloft/sayloft.log tells more; a "
+                                   "damaged text is kept in config.json.broken. Put it right, then "
+                                   "start Sayloft anew.")};
         case Trouble::noTrayHost:
             return {QStringLiteral("no place for the icon"),
                     QStringLiteral("Sayloft runs, but its icon has no place"),

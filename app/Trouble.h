@@ -12,9 +12,12 @@ enum class Trouble {
     modelMissing,        ///< the file of the configured model is not there
     portTaken,           ///< another program listens where the helper should
     helperGone,          ///< the speech helper has ended by itself
+    diskFull,            ///< no room for a recording
+    folderRefuses,       ///< the program's folder cannot be written to
     soundServerGone,     ///< no answer from the sound server
     soundServerRefuses,  ///< the sound server does not let us in
     noMicrophone,        ///< the sound server has nothing to record from
+    settingsUnreadable,  ///< the settings are there, but the defaults count
     noTrayHost,          ///< nothing shows the program's icon
 };
 

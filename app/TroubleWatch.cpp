@@ -4,6 +4,8 @@
 #include "models/Paths.h"
 #include "platform/AudioInput.h"
 #include "platform/TrayItem.h"
+#include "storage/FolderProbe.h"
+#include "storage/PrivateFolder.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -41,6 +43,8 @@ bool isPortTaken() {
 TroubleWatch::TroubleWatch(Notifier& notifier, AudioInput& audioInput, TrayItem& tray,
                            std::chrono::milliseconds grace)
     : m_audioInput(audioInput), m_tray(tray), m_grace(grace), m_notices(notifier) {
+    m_disk.setMaxThreadCount(1);
+    m_disk.setExpiryTimeout(1000);
     m_soundReview.setInterval(soundReviewInterval);
     connect(&m_soundReview, &QTimer::timeout, this, [this] { reviewSound(); });
     m_notices.onChange = [this] {
@@ -55,10 +59,15 @@ TroubleWatch::TroubleWatch(Notifier& notifier, AudioInput& audioInput, TrayItem&
 
 void TroubleWatch::launched() {
     m_tray.onShownChanged = [this] { trayChanged(); };
+    reviewFiles();
     QTimer::singleShot(m_grace, this, [this] {
         reviewTray();
         reviewSound();
     });
+}
+
+void TroubleWatch::settingsRead(bool isPossible) {
+    set(Trouble::settingsUnreadable, !isPossible);
 }
 
 void TroubleWatch::keysWatched(bool isPossible) {
@@ -85,6 +94,12 @@ void TroubleWatch::strangerAtPort() {
 
 void TroubleWatch::dictationBegins() {
     reviewSound();
+    reviewFiles();
+}
+
+// A disk may have become full by what was said.
+void TroubleWatch::dictationEnded() {
+    reviewFiles();
 }
 
 bool TroubleWatch::holds(Trouble trouble) const {
@@ -121,8 +136,18 @@ void TroubleWatch::reviewTray() {
     if (QFile::exists(missingTrayTold()))
         return;
     ensureDataDir();
-    static_cast<void>(QFile(missingTrayTold()).open(QIODevice::WriteOnly));
+    static_cast<void>(QFile(missingTrayTold()).open(QIODevice::WriteOnly, ownersAlone));
     set(Trouble::noTrayHost, true);
+}
+
+void TroubleWatch::reviewFiles() {
+    m_disk.start([this] {
+        const FolderState state = tryFolder(TEMP_DIR);
+        QMetaObject::invokeMethod(this, [this, state] {
+            set(Trouble::diskFull, state == FolderState::full);
+            set(Trouble::folderRefuses, state == FolderState::refuses);
+        });
+    });
 }
 
 // A panel that crashed is soon back.

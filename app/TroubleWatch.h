@@ -5,6 +5,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QThreadPool>
 #include <QTimer>
 
 #include <chrono>
@@ -25,6 +26,8 @@ public:
                  std::chrono::milliseconds grace = std::chrono::seconds(10));
 
     void launched();
+    /// They are read once, so that a save does not mend what was not read.
+    void settingsRead(bool isPossible);
     void keysWatched(bool isPossible);
     /// The server is about to be started with this model.
     void serverStarts(const QString& modelPath);
@@ -33,6 +36,7 @@ public:
     void strangerAtPort();
     /// A dictation begins, so that a sound server is needed now.
     void dictationBegins();
+    void dictationEnded();
 
     [[nodiscard]] bool holds(Trouble trouble) const;
     /// The most severe cause that holds in a few words; empty when there is none.
@@ -45,6 +49,7 @@ public:
 private:
     void reviewSound();
     void reviewTray();
+    void reviewFiles();
     void trayChanged();
     void set(Trouble trouble, bool holds);
 
@@ -53,6 +58,7 @@ private:
     const std::chrono::milliseconds m_grace;
     TroubleNotices m_notices;
     QTimer m_soundReview;  ///< runs while nothing can be recorded
+    QThreadPool m_disk;    ///< one thread: a disk may stall
 };
 
 }  // namespace sayloft

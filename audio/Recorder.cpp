@@ -3,18 +3,12 @@
 
 #include "models/Paths.h"
 #include "storage/Log.h"
-
-#include <QDir>
+#include "storage/PrivateFolder.h"
 
 #include <utility>
 
 namespace sayloft {
 namespace {
-
-void ensureTempDir() {
-    ensureDataDir();
-    QDir().mkdir(TEMP_DIR, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
 
 QString describe(AudioFormat format, bool hasBuiltInMicrophone) {
     return QStringLiteral("recording @ %1Hz (built-in mic: %2)")
@@ -89,7 +83,7 @@ std::optional<AudioDeviceId> Recorder::resolveDevice() const {
 }
 
 std::optional<Recorder::Run> Recorder::openRun(AudioFormat format) {
-    ensureTempDir();
+    makePrivateFolder(TEMP_DIR);
     std::shared_ptr<RecordingFiles::Lease> name = m_files->lease();
     std::optional<WavFile> file = WavFile::create(name->path());
     if (!file)

@@ -16,12 +16,12 @@ namespace {
 constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
 
 int openForUserAlone(const QString& path) {
-    const int descriptor = ::open(QFile::encodeName(path).constData(),
-                                  O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ownerOnly);
-    // A file that was there before keeps its mode when it is truncated.
-    if (descriptor >= 0)
-        ::fchmod(descriptor, ownerOnly);
-    return descriptor;
+    const QByteArray name = QFile::encodeName(path);
+    struct stat status {};
+    // What others may read they may have open already.
+    if (::lstat(name.constData(), &status) == 0 && (status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
+        ::unlink(name.constData());
+    return ::open(name.constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ownerOnly);
 }
 
 SF_INFO monoPcm16() {

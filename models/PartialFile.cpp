@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "models/PartialFile.h"
 
-#include <QDir>
+#include "storage/PrivateFolder.h"
+
 #include <QFileInfo>
 #include <QStorageInfo>
 
@@ -30,7 +31,7 @@ qint64 PartialFile::freeSpace() const {
 
 bool PartialFile::startAnew() {
     m_file.close();
-    QDir().mkpath(QFileInfo(path()).path());
+    makePrivateFolder(QFileInfo(path()).path());
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
         return failed(m_file.errorString());
     // Only now, so that no note ever stands for bytes that it does not describe.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "models/Paths.h"
 
+#include "storage/PrivateFolder.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -44,7 +46,7 @@ QString bundleDirOfExecutable(const QString& executableDir) {
 }
 
 void ensureDataDir() {
-    QDir().mkpath(DATA_DIR);
+    makePrivateFolder(DATA_DIR);
 }
 
 }  // namespace sayloft

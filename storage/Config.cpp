@@ -4,7 +4,6 @@
 #include "models/Paths.h"
 #include "storage/Json.h"
 #include "storage/LegacyKeyCode.h"
-#include "storage/WholeFile.h"
 
 namespace sayloft {
 namespace {
@@ -69,13 +68,17 @@ QString Config::url() {
     return DATA_DIR + QStringLiteral("/config.json");
 }
 
+KeptFile Config::file() {
+    return {url(), [](const QByteArray& text) { return decode(text).has_value(); }};
+}
+
 Config Config::load() {
-    const auto json = readWholeFile(url());
+    const auto json = file().read().text;
     return json ? decode(*json).value_or(Config()) : Config();
 }
 
 void Config::save() const {
-    writeWholeFile(url(), encode());
+    file().write(encode());
 }
 
 std::optional<Config> Config::decode(const QByteArray& json) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "storage/KeptFile.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -29,6 +31,8 @@ struct Config {
 
     /// "config.json" in DATA_DIR.
     [[nodiscard]] static QString url();
+
+    [[nodiscard]] static KeptFile file();
 
     /// Never fails: what cannot be read has its default. Writes nothing.
     [[nodiscard]] static Config load();

@@ -3,18 +3,22 @@
 
 #include "models/Paths.h"
 #include "storage/Json.h"
-#include "storage/WholeFile.h"
+
+#include <optional>
 
 namespace sayloft {
 namespace {
 
 constexpr std::size_t mostItems = 50;
 
+std::optional<std::vector<QString>> decode(const QByteArray& text) {
+    const auto json = parseJson(text);
+    return json ? readArray(*json, readString) : std::nullopt;
+}
+
 std::vector<QString> loadItems() {
-    const auto content = readWholeFile(History::url());
-    const auto json = content ? parseJson(*content) : std::nullopt;
-    const auto items = json ? readArray(*json, readString) : std::nullopt;
-    return items.value_or(std::vector<QString>());
+    const auto text = History::file().read().text;
+    return text ? decode(*text).value_or(std::vector<QString>()) : std::vector<QString>();
 }
 
 }  // namespace
@@ -37,11 +41,15 @@ QString History::url() {
     return DATA_DIR + QStringLiteral("/history.json");
 }
 
+KeptFile History::file() {
+    return {url(), [](const QByteArray& text) { return decode(text).has_value(); }};
+}
+
 void History::save() const {
     Json items = Json::array();
     for (const QString& item : m_items)
         items.push_back(toJson(item));
-    writeWholeFile(url(), writeJson(items));
+    file().write(writeJson(items));
 }
 
 }  // namespace sayloft

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "storage/KeptFile.h"
+
 #include <QString>
 
 #include <vector>
@@ -21,6 +23,7 @@ public:
 
     /// "history.json" in DATA_DIR.
     [[nodiscard]] static QString url();
+    [[nodiscard]] static KeptFile file();
 
 private:
     void save() const;

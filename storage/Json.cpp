@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/Json.h"
 
+#include <cstddef>
 #include <limits>
 
 namespace sayloft {
@@ -10,6 +11,18 @@ std::optional<Json> parseJson(const QByteArray& text) {
     if (value.is_discarded())
         return std::nullopt;
     return value;
+}
+
+bool isCutOffJson(const QByteArray& text) {
+    if (text.contains('\0'))
+        return true;
+    try {
+        [[maybe_unused]] const Json value = Json::parse(text.begin(), text.end());
+    } catch (const Json::parse_error& error) {
+        // Where the parser gave up: all that there is was right as far as it went.
+        return error.byte > static_cast<std::size_t>(text.size());
+    }
+    return false;
 }
 
 QByteArray writeJson(const Json& value) {

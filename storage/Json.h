@@ -19,6 +19,10 @@ using Json = nlohmann::ordered_json;
 /// None when `text` is not one whole JSON value.
 [[nodiscard]] std::optional<Json> parseJson(const QByteArray& text);
 
+/// Whether `text` is only the beginning of a JSON value, or has holes, as a disk leaves it that was
+/// interrupted in the middle of a write.
+[[nodiscard]] bool isCutOffJson(const QByteArray& text);
+
 /// Compact, on one line, UTF-8.
 [[nodiscard]] QByteArray writeJson(const Json& value);
 

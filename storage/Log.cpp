@@ -2,6 +2,7 @@
 #include "storage/Log.h"
 
 #include "models/Paths.h"
+#include "storage/PrivateFolder.h"
 
 #include <QFile>
 
@@ -15,7 +16,7 @@ void logf(const QString& message) {
     const auto append = QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered;
     if (!log.open(append | QIODevice::ExistingOnly)) {
         ensureDataDir();
-        if (!log.open(append))
+        if (!log.open(append, ownersAlone))
             return;
     }
     log.write(line);

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "storage/WholeFile.h"
 
-#include <QDir>
+#include "storage/PrivateFolder.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -17,11 +18,13 @@ std::optional<QByteArray> readWholeFile(const QString& path) {
     return content;
 }
 
-void writeWholeFile(const QString& path, const QByteArray& content) {
-    QDir().mkpath(QFileInfo(path).path());
+bool writeWholeFile(const QString& path, const QByteArray& content) {
+    makePrivateFolder(QFileInfo(path).path());
     QFile file(path);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        file.write(content);
+    // Unbuffered: the file is cut off for no longer than a write takes.
+    return file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered,
+                     ownersAlone) &&
+           file.write(content) == content.size();
 }
 
 }  // namespace sayloft

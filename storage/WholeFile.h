@@ -11,7 +11,8 @@ namespace sayloft {
 /// None when the file cannot be read.
 [[nodiscard]] std::optional<QByteArray> readWholeFile(const QString& path);
 
-/// Truncates and rewrites the file in place, creating missing directories; failures are silent.
-void writeWholeFile(const QString& path, const QByteArray& content);
+/// Truncates and rewrites the file in place, creating it and missing directories for the user
+/// alone. False when not all of it was written.
+bool writeWholeFile(const QString& path, const QByteArray& content);
 
 }  // namespace sayloft

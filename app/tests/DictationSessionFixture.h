@@ -34,7 +34,10 @@ public:
     [[nodiscard]] bool accessibilityTrusted() const override { return trusted; }
     [[nodiscard]] bool serverReady() const override { return ready; }
 
+    void dictationEnded() override { ++ended; }
+
     Seen seen;
+    int ended = 0;
     bool trusted = true;
     bool ready = true;
 

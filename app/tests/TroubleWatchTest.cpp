@@ -2,10 +2,12 @@
 #include "app/TroubleWatch.h"
 
 #include "models/Paths.h"
+#include "storage/Config.h"
 #include "tests/support/FakePlatform.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
+#include <QDir>
 #include <QHostAddress>
 #include <QTcpServer>
 
@@ -177,6 +179,26 @@ TEST_F(TheTroubleWatch, waitsForATrayThatCrashed) {
     m_tray.setShown(false);
     EXPECT_EQ(m_watch.reason(), QString());
     EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason() == noTray; }));
+}
+
+TEST_F(TheTroubleWatch, seesThatTheFolderRefusesUntilItDoesNot) {
+    test::writeFile(DATA_DIR, "a file where the folder should be");
+    m_watch.launched();
+    ASSERT_TRUE(test::waitUntil(
+        [this] { return m_watch.reason() == QStringLiteral("~/.sayloft not writable"); }));
+    QFile::remove(DATA_DIR);
+    m_watch.dictationBegins();
+    EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
+    EXPECT_TRUE(QDir(TEMP_DIR).isEmpty());
+}
+
+TEST_F(TheTroubleWatch, seesThatTheSettingsWereNotReadWhateverIsSavedLater) {
+    m_watch.settingsRead(false);
+    EXPECT_EQ(m_watch.reason(), QStringLiteral("settings unreadable"));
+    Config().save();
+    m_watch.dictationEnded();
+    letGracePass();
+    EXPECT_EQ(m_watch.reason(), QStringLiteral("settings unreadable"));
 }
 
 TEST_F(TheTroubleWatch, namesTheMostSevereCause) {

@@ -75,6 +75,15 @@ TEST_F(AWavFile, isForTheUserAloneEvenWhereItWasNot) {
     EXPECT_EQ(QFile::permissions(path()) & forAll, QFile::ReadOwner | QFile::WriteOwner);
 }
 
+TEST_F(AWavFile, isNotHeardByWhoeverHasAnOlderOneOpen) {
+    test::writeFile(path(), "open to everybody");
+    QFile::setPermissions(path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther);
+    QFile older(path());
+    ASSERT_TRUE(older.open(QIODevice::ReadOnly | QIODevice::Unbuffered));
+    WavFile::create(path())->write(std::vector<float>(1000, 0.1F));
+    EXPECT_EQ(older.readAll(), "open to everybody");
+}
+
 TEST_F(AWavFile, cannotBeCreatedWhereADirectoryIs) {
     EXPECT_FALSE(WavFile::create(m_directory.path()));
     EXPECT_FALSE(WavFile::create(m_directory.filePath(QStringLiteral("missing/a.wav"))));

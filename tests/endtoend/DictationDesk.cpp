@@ -96,7 +96,7 @@ void DictationDesk::launch(const QString& bundle) {
     m_room.addTo(environment);
     environment.insert(m_extraEnvironment);
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
-    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle);
+    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle, m_runBy);
     if (!m_sayloft->waitForLog(QStringLiteral("event tap installed OK")))
         throw std::runtime_error("Sayloft did not come up: " + m_sayloft->log().toStdString());
     waitForSound();

@@ -52,6 +52,9 @@ public:
     /// Ends that.
     void startServer(const std::vector<RawAnswer>& answers);
 
+    /// The program is run by this command line at later starts.
+    void runBy(const QStringList& command) { m_runBy = command; }
+
     /// Presses the keys and waits until the microphone is open.
     void hold(const Chord& chord = dictate);
     void letGo(const Chord& chord = dictate);
@@ -67,6 +70,11 @@ public:
     /// The file of the last recording, which is left as it is until the next one begins.
     [[nodiscard]] QString lastRecording() const {
         return home() + QStringLiteral("/.sayloft/tmp/sayloft_rec.wav");
+    }
+    [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
+    /// A file in the folder where the program keeps its own.
+    [[nodiscard]] QString dataFile(const QString& name) const {
+        return home() + QStringLiteral("/.sayloft/") + name;
     }
     /// What the speech server was sent, oldest first.
     [[nodiscard]] std::vector<Samples> recordings() const;
@@ -85,6 +93,7 @@ public:
     void waitForSound() const;
 
     [[nodiscard]] const XServer& display() const { return m_display; }
+    [[nodiscard]] XServer& display() { return m_display; }
     [[nodiscard]] SessionBus& bus() { return m_bus; }
     [[nodiscard]] TestKeyboard& keyboard() { return m_keyboard; }
     [[nodiscard]] SoundServer& room() { return m_room; }
@@ -99,7 +108,6 @@ private:
     [[nodiscard]] QString modelFile() const {
         return home() + QStringLiteral("/.sayloft/models/starter-en-us.model");
     }
-    [[nodiscard]] QString home() const { return m_directory.filePath(QStringLiteral("home")); }
 
     QTemporaryDir m_directory;
     XServer m_display;
@@ -110,6 +118,7 @@ private:
     TargetApplication m_editor{Target::mousepad, m_display};
     Samples m_noise = noise(8000);
     QString m_noiseFile = m_directory.filePath(QStringLiteral("noise.wav"));
+    QStringList m_runBy;
     std::unique_ptr<RawHttpServer> m_speechServer;
     QProcessEnvironment m_extraEnvironment;
     std::unique_ptr<SayloftProgram> m_sayloft;

@@ -120,6 +120,7 @@ TEST_F(Trouble, ofAMissingTrayIsToldWithTheRemedy) {
 TEST_F(Trouble, ofAMissingTrayIsNotToldAtTheNextStartAndCostsNothing) {
     openRoom();
     startSayloft(R"({"model":"starter"})");
+    ASSERT_TRUE(tooltipSays(QStringLiteral("no place for the icon")));
     ASSERT_TRUE(m_messages.hears("its icon has no place"));
     m_sayloft.reset();
     startSayloft(R"({"model":"starter"})");

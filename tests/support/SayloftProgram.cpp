@@ -12,11 +12,12 @@
 namespace sayloft::test {
 
 SayloftProgram::SayloftProgram(const QString& home, QProcessEnvironment environment,
-                               const QString& bundle)
+                               const QString& bundle, QStringList runBy)
     : m_home(home) {
     environment.insert(QStringLiteral("HOME"), home);
-    m_program = std::make_unique<ChildProgram>(bundle + QStringLiteral("/Contents/bin/sayloft"),
-                                               QStringList(), environment);
+    QStringList command = std::move(runBy) << bundle + QStringLiteral("/Contents/bin/sayloft");
+    const QString program = command.takeFirst();
+    m_program = std::make_unique<ChildProgram>(program, command, environment);
 }
 
 bool SayloftProgram::waitForLog(const QString& text, std::chrono::milliseconds deadline) const {

@@ -5,6 +5,7 @@
 
 #include <QProcessEnvironment>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -14,9 +15,10 @@ namespace sayloft::test {
 class SayloftProgram {
 public:
     /// `home` is the home directory; a configuration must be written into it before this. `bundle`
-    /// is where the program is installed.
+    /// is where the program is installed; `runBy` is a command line that runs it, where one does.
     SayloftProgram(const QString& home, QProcessEnvironment environment,
-                   const QString& bundle = QStringLiteral(SAYLOFT_BUNDLE_DIR));
+                   const QString& bundle = QStringLiteral(SAYLOFT_BUNDLE_DIR),
+                   QStringList runBy = {});
 
     /// Waits until `text` is in the log that the program writes; fails after `deadline`.
     [[nodiscard]] bool waitForLog(

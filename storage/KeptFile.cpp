@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: MIT
+#include "storage/KeptFile.h"
+
+#include "storage/Json.h"
+#include "storage/Log.h"
+#include "storage/PrivateFolder.h"
+#include "storage/WholeFile.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QThreadPool>
+
+#include <cstdio>
+#include <mutex>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace sayloft {
+namespace {
+
+struct Disk {
+    std::mutex newCopies;  ///< held while one is made or renamed, never while the disk is awaited
+    QThreadPool thread;
+};
+
+Disk& disk() {
+    // Never destroyed: a disk that is stuck is not to keep the process from ending.
+    static auto* const theDisk = [] {
+        auto* made = new Disk;
+        made->thread.setMaxThreadCount(1);
+        made->thread.setExpiryTimeout(1000);
+        return made;
+    }();
+    return *theDisk;
+}
+
+/// A directory is synchronised as a file is.
+void synchronise(const QString& path) {
+    const int descriptor = ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0)
+        return;
+    ::fsync(descriptor);
+    ::close(descriptor);
+}
+
+bool isStillAt(const QString& path, int descriptor) {
+    struct stat there {};
+    struct stat open {};
+    return ::stat(QFile::encodeName(path).constData(), &there) == 0 &&
+           ::fstat(descriptor, &open) == 0 && there.st_ino == open.st_ino &&
+           there.st_dev == open.st_dev;
+}
+
+/// In one step, in place of what is there.
+bool rename(const QString& from, const QString& to) {
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+}  // namespace
+
+KeptFile::KeptFile(QString path, IsWhole isWhole) : m_path(std::move(path)), m_isWhole(isWhole) {}
+
+KeptFile::Content KeptFile::read() const {
+    if (!QFileInfo::exists(m_path))
+        return {};
+    auto text = readWholeFile(m_path);
+    if (!text)
+        return {.text = {}, .source = Source::unreadable};
+    if (m_isWhole(*text))
+        return {.text = std::move(text), .source = Source::file};
+    if (isCutOffJson(*text)) {
+        if (auto copy = wholeCopy())
+            return {.text = std::move(copy), .source = Source::copy};
+    }
+    return {.text = std::move(text), .source = Source::broken};
+}
+
+bool KeptFile::write(const QByteArray& text) const {
+    makePrivateFolder(QFileInfo(m_path).path());
+    const Copied copied = writeNewCopy(text);
+    if (copied == Copied::noRoom)
+        return false;
+    // Nothing else is on the disk for certain.
+    if (copied == Copied::yes && QFileInfo::exists(m_path) && !QFileInfo::exists(savedCopy()))
+        saveNewCopy();
+    const bool isWritten = writeWholeFile(m_path, text);
+    saveNewCopyLater();
+    return isWritten;
+}
+
+KeptFile::Source KeptFile::mend() const {
+    const Content content = read();
+    switch (content.source) {
+        case Source::none:
+            QFile::remove(newCopy());
+            QFile::remove(savedCopy());
+            break;
+        case Source::file:
+            refreshCopy(*content.text);
+            break;
+        case Source::copy:
+            finishSave(*content.text);
+            break;
+        case Source::broken:
+            log(QStringLiteral("is damaged: not read, its text is kept in ") +
+                QFileInfo(brokenText()).fileName());
+            keepBroken(*content.text);
+            break;
+        case Source::unreadable:
+            log(QStringLiteral("cannot be read"));
+            break;
+    }
+    return content.source;
+}
+
+void KeptFile::waitForDisk(std::chrono::milliseconds deadline) {
+    disk().thread.waitForDone(static_cast<int>(deadline.count()));
+}
+
+// A new copy is never older than the one that is saved.
+std::optional<QByteArray> KeptFile::wholeCopy() const {
+    for (const QString& path : {newCopy(), savedCopy()}) {
+        auto text = readWholeFile(path);
+        if (text && m_isWhole(*text))
+            return text;
+    }
+    return std::nullopt;
+}
+
+KeptFile::Copied KeptFile::writeNewCopy(const QByteArray& text) const {
+    const std::lock_guard lock(disk().newCopies);
+    // In place of an older one, which may be on its way to the disk or all that there is.
+    QFile copy(newCopy() + QStringLiteral(".part"));
+    if (!copy.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered, ownersAlone))
+        return Copied::impossible;
+    const bool isComplete = copy.write(text) == text.size();
+    if (isComplete && rename(copy.fileName(), newCopy()))
+        return Copied::yes;
+    copy.remove();
+    return isComplete ? Copied::impossible : Copied::noRoom;
+}
+
+void KeptFile::saveNewCopy() const {
+    QFile copy(newCopy());
+    if (!copy.open(QIODevice::ReadOnly) || ::fsync(copy.handle()) != 0)
+        return;
+    const std::lock_guard lock(disk().newCopies);
+    // A later save has made another one, which is saved in its turn.
+    if (isStillAt(newCopy(), copy.handle()))
+        static_cast<void>(rename(newCopy(), savedCopy()));
+}
+
+void KeptFile::saveNewCopyLater() const {
+    disk().thread.start([file = *this] {
+        file.saveNewCopy();
+        synchronise(QFileInfo(file.m_path).path());
+        synchronise(file.m_path);
+    });
+}
+
+// The first copy of a file from an older version, or the copy of what the user has written.
+void KeptFile::refreshCopy(const QByteArray& text) const {
+    if (readWholeFile(savedCopy()) == text) {
+        QFile::remove(newCopy());
+        return;
+    }
+    if (writeNewCopy(text) == Copied::yes)
+        saveNewCopyLater();
+}
+
+void KeptFile::finishSave(const QByteArray& text) const {
+    log(QStringLiteral("is cut off: read from its copy"));
+    // Not only the beginning of what was to be saved: somebody has lost its end while changing it.
+    const QByteArray cutOff = readWholeFile(m_path).value_or(QByteArray());
+    if (!text.startsWith(cutOff))
+        keepBroken(cutOff);
+    write(text);
+}
+
+void KeptFile::keepBroken(const QByteArray& text) const {
+    if (!text.isEmpty())
+        writeWholeFile(brokenText(), text);
+}
+
+void KeptFile::log(const QString& what) const {
+    logf(QFileInfo(m_path).fileName() + QLatin1Char(' ') + what);
+}
+
+}  // namespace sayloft

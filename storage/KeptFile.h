@@ -1,0 +1,73 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <chrono>
+#include <optional>
+
+namespace sayloft {
+
+/// A JSON file that is rewritten in place and still costs nothing when the program or the machine
+/// dies in the middle of that: a copy stands beside it.
+///
+/// A save first writes the copy "<path>.new" and then the file. On a thread of its own the new copy
+/// is brought to the disk and only then takes the place of "<path>.saved". So at every instant one
+/// of the three is complete: "<path>.new" where the program is killed while the file is cut off,
+/// and "<path>.saved" where the power fails before any of it has reached the disk.
+/// Main thread.
+class KeptFile {
+public:
+    /// Says whether a text is all that such a file holds.
+    using IsWhole = bool (*)(const QByteArray& text);
+
+    enum class Source {
+        none,        ///< there is no such file
+        file,        ///< the file itself
+        copy,        ///< the file is cut off, as a save that was not finished leaves it
+        broken,      ///< the file is not what it should be: somebody has changed it
+        unreadable,  ///< the file is there and cannot be read
+    };
+    struct Content {
+        std::optional<QByteArray> text;
+        Source source = Source::none;
+    };
+
+    KeptFile(QString path, IsWhole isWhole);
+
+    /// A file that somebody has removed is not brought back.
+    [[nodiscard]] Content read() const;
+
+    /// Returns without waiting for the disk, but for the very first copy. False when it could not
+    /// be written; where there is no room for a copy, the file stays as it is.
+    bool write(const QByteArray& text) const;
+
+    /// Once, before the first read and write: finishes a save that a crash has cut off, keeps a
+    /// broken text as "<path>.broken", sees to it that there is a copy, and logs what is not as it
+    /// should be.
+    Source mend() const;
+
+    /// Waits until all that was saved is on the disk, but no longer than `deadline`.
+    static void waitForDisk(std::chrono::milliseconds deadline);
+
+private:
+    enum class Copied { yes, noRoom, impossible };
+
+    [[nodiscard]] QString newCopy() const { return m_path + QStringLiteral(".new"); }
+    [[nodiscard]] QString savedCopy() const { return m_path + QStringLiteral(".saved"); }
+    [[nodiscard]] QString brokenText() const { return m_path + QStringLiteral(".broken"); }
+    [[nodiscard]] std::optional<QByteArray> wholeCopy() const;
+    [[nodiscard]] Copied writeNewCopy(const QByteArray& text) const;
+    void saveNewCopy() const;
+    void saveNewCopyLater() const;
+    void refreshCopy(const QByteArray& text) const;
+    void finishSave(const QByteArray& text) const;
+    void keepBroken(const QByteArray& text) const;
+    void log(const QString& what) const;
+
+    QString m_path;
+    IsWhole m_isWhole;
+};
+
+}  // namespace sayloft

@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: MIT
+// Whom the real program and all that it starts talk to, as the kernel saw it.
+#include "models/ModelCatalogue.h"
+#include "tests/endtoend/Dictation.h"
+#include "tests/support/OwnNamespaces.h"
+#include "tests/support/TempHome.h"
+#include "tests/support/TrayClient.h"
+#include "tests/support/VisibleWindows.h"
+#include "tests/support/WaitUntil.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QUrl>
+
+#include <gmock/gmock.h>
+
+#include <set>
+#include <string>
+#include <vector>
+
+namespace sayloft::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// Before anything else is started.
+class WithoutTheNetwork {
+public:
+    WithoutTheNetwork() { leaveTheNetwork(); }
+};
+
+class TheProgramAndItsChildren : private WithoutTheNetwork, public Dictation {
+protected:
+    TheProgramAndItsChildren() {
+        m_desk.runBy(m_traced);
+        EXPECT_TRUE(QFile::exists(soundSocket()));
+        EXPECT_TRUE(QFile::exists(socketIn(m_desk.bus().address())));
+    }
+
+    /// What is sent on a connection goes where that was made to, so that addresses are all.
+    const QTemporaryDir m_directory;
+    const QString m_trace = m_directory.filePath(QStringLiteral("trace"));
+    const QStringList m_traced{
+        QStringLiteral("strace"), QStringLiteral("-f"),
+        QStringLiteral("-qq"),    QStringLiteral("--seccomp-bpf"),
+        QStringLiteral("-s"),     QStringLiteral("300"),
+        QStringLiteral("-o"),     m_trace,
+        QStringLiteral("-e"),     QStringLiteral("trace=connect,sendto,sendmsg,sendmmsg")};
+
+    /// Every address that a call named, in the words of the test.
+    [[nodiscard]] std::set<std::string> reached() {
+        static const QRegularExpression address(
+            QStringLiteral("\\{sa_family=(AF_\\w+)(?:, ([^}]*))?\\}"));
+        std::set<std::string> names;
+        const QString trace = QString::fromUtf8(readFile(m_trace));
+        for (auto calls = address.globalMatch(trace); calls.hasNext();) {
+            const QRegularExpressionMatch call = calls.next();
+            names.insert(nameOf(call.captured(1), call.captured(2)));
+        }
+        return names;
+    }
+
+    [[nodiscard]] std::string nameOf(const QString& family, const QString& rest) {
+        if (family == QStringLiteral("AF_UNIX") && rest.contains(QStringLiteral("/.X11-unix/")))
+            return "X server";
+        if (rest.contains(socketIn(m_desk.bus().address())))
+            return "session bus";
+        if (rest.contains(soundSocket()))
+            return "sound server";
+        if (rest.contains(QStringLiteral("at-spi")))
+            return "AT-SPI";
+        if (rest == QStringLiteral("sin_port=htons(8090), sin_addr=inet_addr(\"127.0.0.1\")"))
+            return "127.0.0.1:8090";
+        if (family == QStringLiteral("AF_NETLINK"))
+            return "kernel";
+        if (rest.startsWith(QStringLiteral("sin_port=htons(53), ")) ||
+            rest.contains(QStringLiteral("nscd")) || rest.contains(QStringLiteral("resolve")))
+            return "name server";
+        return (family + QLatin1Char(' ') + rest).toStdString();
+    }
+
+    /// The names that name servers were asked for: strace writes one as "\vsomewhere\3org\0".
+    [[nodiscard]] std::vector<std::string> namesAskedFor() const {
+        static const QRegularExpression question(
+            QStringLiteral(R"re(\\1\\0\\0\\1(?:\\0)+(\\[^"]*)")re"));
+        static const QRegularExpression length(QStringLiteral(R"(\\(?:[a-z]|[0-7]{1,3}))"));
+        std::vector<std::string> names;
+        const QString trace = QString::fromUtf8(readFile(m_trace));
+        for (auto calls = question.globalMatch(trace); calls.hasNext();) {
+            const QString name = calls.next().captured(1).replace(length, QStringLiteral("."));
+            names.push_back(name.mid(1).section(QStringLiteral(".."), 0, 0).toStdString());
+        }
+        return names;
+    }
+
+    /// The path in "unix:path=/some/where,guid=1234".
+    static QString socketIn(const QString& address) {
+        return address.section(QStringLiteral("path="), 1).section(QLatin1Char(','), 0, 0);
+    }
+
+    [[nodiscard]] QString soundSocket() {
+        QProcessEnvironment environment;
+        m_desk.room().addTo(environment);
+        return environment.value(QStringLiteral("PULSE_SERVER")).section(QLatin1Char(':'), 1);
+    }
+
+    [[nodiscard]] qsizetype windows() const {
+        return visibleWindows(m_desk.display(), QStringLiteral("sayloft")).size();
+    }
+
+    void openByMenu(const QString& label) {
+        const qsizetype before = windows();
+        m_client.click(label);
+        EXPECT_TRUE(waitUntil([&] { return windows() > before; }, 20s)) << label.toStdString();
+    }
+
+    void quit(SayloftProgram& sayloft) {
+        m_client.click(QStringLiteral("Quit"));
+        ASSERT_TRUE(sayloft.program().waitForEnd(30s));
+    }
+
+    TrayClient m_client{m_desk.bus()};
+};
+
+TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
+    m_desk.startSayloft();
+    m_desk.say();
+    ASSERT_TRUE(m_desk.waitForTranscripts(1, 60s));
+    openByMenu(QStringLiteral("Settings…"));
+    openByMenu(QStringLiteral("Check for Updates…"));
+    quit(m_desk.sayloft());
+    EXPECT_THAT(reached(), testing::IsSupersetOf(
+                               {"X server", "session bus", "sound server", "127.0.0.1:8090"}));
+    EXPECT_THAT(reached(), testing::IsSubsetOf({"X server", "session bus", "sound server",
+                                                "127.0.0.1:8090", "AT-SPI", "kernel"}));
+}
+
+// It downloads its model, and the name of where that lies is all that it asks for.
+TEST_F(TheProgramAndItsChildren, lookOnlyForTheHostOfTheModelsAtAFirstStart) {
+    QProcessEnvironment environment = m_desk.display().environment();
+    m_desk.bus().addTo(environment);
+    m_desk.room().addTo(environment);
+    SayloftProgram sayloft(m_desk.home(), environment, QStringLiteral(SAYLOFT_BUNDLE_DIR),
+                           m_traced);
+    EXPECT_TRUE(waitUntil([this] { return windows() > 0; }, 20s));
+    EXPECT_TRUE(sayloft.waitForLog(QStringLiteral("download error")));
+    quit(sayloft);
+    EXPECT_THAT(reached(), testing::IsSupersetOf({"X server", "session bus"}));
+    EXPECT_THAT(reached(),
+                testing::IsSubsetOf({"X server", "session bus", "sound server", "127.0.0.1:8090",
+                                     "AT-SPI", "kernel", "name server"}));
+    EXPECT_THAT(namesAskedFor(), testing::Not(testing::IsEmpty()));
+    const std::string host =
+        QUrl(modelInfo(QStringLiteral("multilingual")).url).host().toStdString();
+    EXPECT_THAT(namesAskedFor(), testing::Each(testing::StartsWith(host)));
+}
+
+}  // namespace
+}  // namespace sayloft::test

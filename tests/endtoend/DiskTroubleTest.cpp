@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: MIT
+// The real program on a disk that is full or read-only, and with settings that cannot be read.
+#include "tests/endtoend/Dictation.h"
+#include "tests/support/BusMonitor.h"
+#include "tests/support/NotificationDaemon.h"
+#include "tests/support/OwnNamespaces.h"
+#include "tests/support/TempHome.h"
+#include "tests/support/TrayClient.h"
+#include "tests/support/WaitUntil.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <linux/capability.h>
+#include <sys/prctl.h>
+
+namespace sayloft::test {
+namespace {
+
+using namespace std::chrono_literals;
+
+class DiskTrouble : public Dictation {
+protected:
+    void startOnSmallDisk() {
+        m_disk.emplace(m_desk.home() + QStringLiteral("/.sayloft"), "size=2m");
+        m_desk.startSayloft({RawAnswer::ok("words")});
+    }
+
+    void tryToSpeak() {
+        for (const TestKeyboard::Key key : DictationDesk::dictate)
+            m_desk.keyboard().press(key);
+    }
+
+    [[nodiscard]] bool tooltipSays(const QString& reason) const {
+        return waitUntil(
+            [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
+    }
+
+    [[nodiscard]] bool tooltipSaysNothing() const { return tooltipSays(QStringLiteral(", '')")); }
+
+    NotificationDaemon m_daemon{Notifying::dunst, m_desk.display(), m_desk.bus()};
+    BusMonitor m_messages{m_desk.bus(), QStringLiteral("org.freedesktop.Notifications")};
+    TrayClient m_client{m_desk.bus()};
+    std::optional<SmallDisk> m_disk;
+};
+
+TEST_F(DiskTrouble, thatThereIsNoRoomIsToldUntilThereIsSome) {
+    startOnSmallDisk();
+    m_disk->fill();
+    tryToSpeak();
+    EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
+    EXPECT_TRUE(m_messages.hears("The disk is full"));
+    m_desk.letGo();
+    m_disk->makeRoom();
+    m_desk.say();
+    expectInEditor(QStringLiteral("words"));
+    EXPECT_TRUE(tooltipSays(QStringLiteral("'Sayloft: ready'")));
+    EXPECT_FALSE(m_client.property(QStringLiteral("ToolTip")).contains(QStringLiteral("full")));
+}
+
+TEST_F(DiskTrouble, thatTheRoomEndsInADictationIsToldAfterIt) {
+    startOnSmallDisk();
+    m_desk.hold();
+    m_disk->fill();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.letGo();
+    EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
+}
+
+TEST_F(DiskTrouble, ofAFullDiskCostsNoSettings) {
+    m_disk.emplace(m_desk.home() + QStringLiteral("/.sayloft"), "size=2m");
+    writeFile(m_desk.dataFile(QStringLiteral("history.json")), R"(["older"])");
+    m_desk.startSayloft({RawAnswer::ok("words")});
+    const QByteArray settings = readFile(m_desk.dataFile(QStringLiteral("config.json")));
+    m_disk->fill();
+    m_desk.keyboard().press(TestKeyboard::shiftLeft);
+    m_client.click(QStringLiteral("Clear History"));
+    EXPECT_TRUE(
+        waitUntil([this] { return m_client.labels().contains(QStringLiteral("(empty)")); }));
+    m_desk.keyboard().release(TestKeyboard::shiftLeft);
+    EXPECT_EQ(m_desk.history(), R"(["older"])");
+    EXPECT_EQ(readFile(m_desk.dataFile(QStringLiteral("config.json"))), settings);
+}
+
+TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
+    startOnSmallDisk();
+    m_disk->makeReadOnly();
+    tryToSpeak();
+    EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
+    EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
+    m_desk.letGo();
+    m_disk->makeWritable();
+    m_desk.say();
+    expectInEditor(QStringLiteral("words"));
+    EXPECT_TRUE(tooltipSaysNothing());
+}
+
+TEST_F(DiskTrouble, ofAReadOnlyHomeIsToldAtTheStart) {
+    m_disk.emplace(m_desk.home(), "size=2m");
+    writeConfig(m_desk.home(), R"({"model":"starter"})");
+    m_disk->makeReadOnly();
+    QProcessEnvironment environment = m_desk.display().environment();
+    m_desk.bus().addTo(environment);
+    m_desk.room().addTo(environment);
+    const SayloftProgram sayloft(m_desk.home(), environment);
+    EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
+    EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
+}
+
+class UnreadableSettings : public DiskTrouble {
+protected:
+    void expectTold(const QString& inTheLog) {
+        QProcessEnvironment environment = m_desk.display().environment();
+        m_desk.bus().addTo(environment);
+        m_desk.room().addTo(environment);
+        const SayloftProgram sayloft(m_desk.home(), environment);
+        EXPECT_TRUE(sayloft.waitForLog(inTheLog)) << sayloft.log().toStdString();
+        EXPECT_TRUE(m_messages.hears("Sayloft cannot read its settings"));
+        EXPECT_TRUE(m_client.property(QStringLiteral("ToolTip"))
+                        .contains(QStringLiteral("speech model missing")));
+    }
+
+    const QString m_config = m_desk.dataFile(QStringLiteral("config.json"));
+};
+
+TEST_F(UnreadableSettings, areToldWhereADirectoryIsInTheirPlace) {
+    QDir().mkpath(m_config);
+    expectTold(QStringLiteral("config.json cannot be read\n"));
+}
+
+TEST_F(UnreadableSettings, areToldWhereTheyMayNotBeRead) {
+    writeConfig(m_desk.home(), "{}");
+    QFile::setPermissions(m_config, {});
+    // What is started from here on has no right to read everything, not even as root.
+    ::prctl(PR_CAPBSET_DROP, CAP_DAC_OVERRIDE);
+    ::prctl(PR_CAPBSET_DROP, CAP_DAC_READ_SEARCH);
+    expectTold(QStringLiteral("config.json cannot be read\n"));
+}
+
+TEST_F(UnreadableSettings, areToldAndKeptWhereTheyAreNoSettings) {
+    writeConfig(m_desk.home(), "model = starter");
+    expectTold(
+        QStringLiteral("config.json is damaged: not read, its text is kept in "
+                       "config.json.broken\n"));
+    EXPECT_EQ(readFile(m_config + QStringLiteral(".broken")), "model = starter");
+}
+
+}  // namespace
+}  // namespace sayloft::test
