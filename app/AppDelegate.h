@@ -87,7 +87,7 @@ public:
     [[nodiscard]] LoginItem& loginItem() { return *m_platform.loginItem; }
     [[nodiscard]] std::vector<InputDevice> inputDeviceList() const;
     /// No tray has shown the icon for longer than one takes to come up.
-    [[nodiscard]] bool trayMissing() const { return m_troubles.holds(Trouble::noTrayHost); }
+    [[nodiscard]] bool trayMissing() const { return m_troubles.trayMissing(); }
 
 private:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem();

@@ -58,13 +58,19 @@ void DictationSession::endRecording() {
     }
 
     const std::chrono::duration<double> held = m_now() - m_recordStart;
-    const Finished dictation{.enter = m_pendingEnter, .seconds = held.count()};
+    const Finished dictation{
+        .enter = m_pendingEnter, .seconds = held.count(), .number = ++m_dictations};
     // Reading the user's clipboard takes a while and so does the transcription.
     if (!m_parts.cfg.leaveInClipboard)
         m_parts.paster.prepare();
 
-    auto* thread = new TranscriptionThread(m_parts.transcriber, std::move(recording), this);
+    auto* thread =
+        new TranscriptionThread(m_parts.transcriber, std::move(recording), dictation.number, this);
+    m_transcribing.push_back(thread);
     connect(thread, &QThread::finished, this, [this, thread, dictation] {
+        // Given up after it had ended, but before this was called.
+        if (std::erase(m_transcribing, thread) == 0)
+            return;
         thread->deleteLater();
         transcriptionFinished(thread->text(), dictation);
         m_host.dictationEnded();
@@ -73,7 +79,16 @@ void DictationSession::endRecording() {
 }
 
 void DictationSession::giveUp() {
-    qDeleteAll(findChildren<QThread*>());
+    for (TranscriptionThread* const thread : std::exchange(m_transcribing, {})) {
+        thread->giveUp();
+        if (const auto& text = thread->text()) {
+            const QString corrected = applyReplacements(*text, m_parts.cfg.replacements);
+            logTranscript(corrected);
+            if (!corrected.isEmpty())
+                m_parts.history.add(corrected);
+        }
+        delete thread;
+    }
 }
 
 void DictationSession::flashError() {
@@ -95,12 +110,16 @@ void DictationSession::transcriptionFinished(const std::optional<QString>& text,
         overlay->setActive(false);
 }
 
-void DictationSession::deliver(const QString& text, const Finished& dictation) {
+void DictationSession::logTranscript(const QString& text) const {
     const QString trusted =
         m_host.accessibilityTrusted() ? QStringLiteral("true") : QStringLiteral("false");
     logf(QStringLiteral("TRANSCRIPT len=") + QString::number(characterCount(text)) +
          QStringLiteral(" trusted=") + trusted + QStringLiteral(" text='") + text +
          QLatin1Char('\''));
+}
+
+void DictationSession::deliver(const QString& text, const Finished& dictation) {
+    logTranscript(text);
     m_parts.paster.paste(
         text, {.pressEnter = dictation.enter, .keepInClipboard = m_parts.cfg.leaveInClipboard});
     m_host.setState(IconState::ready);
@@ -108,7 +127,7 @@ void DictationSession::deliver(const QString& text, const Finished& dictation) {
         if (m_parts.cfg.playSounds)
             m_parts.sounds.play(QStringLiteral("Tink"));
         m_parts.history.add(text);
-        FailedRecording::forget();
+        FailedRecording::forgetBefore(dictation.number);
         m_host.buildMenu();
     }
     reportOnOverlay(text, dictation.seconds);

@@ -9,8 +9,10 @@
 #include <QString>
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <optional>
+#include <vector>
 
 namespace sayloft {
 
@@ -22,6 +24,7 @@ class Recorder;
 class SystemSounds;
 class TranscriptionThread;
 class Transcriber;
+class TranscriptionThread;
 
 /// What a dictation asks of the program around it. Main thread.
 class DictationHost {
@@ -60,7 +63,8 @@ public:
     void beginRecording(bool enter, Mods chord);
     void endRecording();
 
-    /// Gives up what is still being transcribed, whose sound is kept; prompt.
+    /// Gives up what is still being transcribed, whose sound is kept; a transcript that has just
+    /// come goes to log and history. Prompt.
     void giveUp();
 
     /// Shows the error icon for a moment.
@@ -71,17 +75,21 @@ public:
 private:
     struct Finished {
         bool enter = false;
-        double seconds = 0;  ///< from chord-down to chord-up
+        double seconds = 0;        ///< from chord-down to chord-up
+        std::uint64_t number = 0;  ///< in the order of the recordings, from 1
     };
 
     void transcriptionFinished(const std::optional<QString>& text, const Finished& dictation);
     void deliver(const QString& text, const Finished& dictation);
+    void logTranscript(const QString& text) const;
     void reportOnOverlay(const QString& text, double seconds);
 
     DictationParts m_parts;
     DictationHost& m_host;
     RunningDictation m_running;
     bool m_pendingEnter = false;
+    std::uint64_t m_dictations = 0;
+    std::vector<TranscriptionThread*> m_transcribing;  ///< children that have not been heard yet
     std::function<Clock::time_point()> m_now;
     Clock::time_point m_recordStart;
 };

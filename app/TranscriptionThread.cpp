@@ -10,10 +10,18 @@
 namespace sayloft {
 
 TranscriptionThread::TranscriptionThread(const Transcriber& transcriber,
-                                         std::shared_ptr<Recording> recording, QObject* parent)
-    : QThread(parent), m_transcriber(transcriber), m_recording(std::move(recording)) {}
+                                         std::shared_ptr<Recording> recording, std::uint64_t number,
+                                         QObject* parent)
+    : QThread(parent),
+      m_transcriber(transcriber),
+      m_recording(std::move(recording)),
+      m_number(number) {}
 
 TranscriptionThread::~TranscriptionThread() {
+    giveUp();
+}
+
+void TranscriptionThread::giveUp() {
     m_stop.request_stop();
     wait();
 }
@@ -22,7 +30,7 @@ void TranscriptionThread::run() {
     const QString file = m_recording->waitUntilFinished();
     m_text = m_transcriber.transcribe(file, m_stop.get_token());
     if (!m_text)
-        FailedRecording::keep(file);
+        FailedRecording::keep(file, m_number);
     // The recording's file name is free for the next one from here on.
     m_recording.reset();
 }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QThread>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -14,17 +15,21 @@ class Recording;
 class Transcriber;
 
 /// Transcribes one recording on a thread of its own, keeps it where that fails and emits
-/// `finished`. Destroying it gives up the transcription and waits for the thread, which is prompt.
+/// `finished`. Destroying it gives it up.
 class TranscriptionThread : public QThread {
 public:
-    /// `transcriber` must outlive the thread and may serve several at once.
+    /// `transcriber` must outlive the thread and may serve several at once. `number` counts the
+    /// dictations.
     TranscriptionThread(const Transcriber& transcriber, std::shared_ptr<Recording> recording,
-                        QObject* parent);
+                        std::uint64_t number, QObject* parent);
     ~TranscriptionThread() override;
     TranscriptionThread(const TranscriptionThread&) = delete;
     TranscriptionThread& operator=(const TranscriptionThread&) = delete;
 
-    /// The transcript, none when there is none. Only after `finished`.
+    /// Ends the transcription and waits for the thread, which is prompt.
+    void giveUp();
+
+    /// The transcript, none when there is none. Only after `finished` or `giveUp`.
     [[nodiscard]] const std::optional<QString>& text() const { return m_text; }
 
 protected:
@@ -33,6 +38,7 @@ protected:
 private:
     const Transcriber& m_transcriber;
     std::shared_ptr<Recording> m_recording;
+    std::uint64_t m_number;
     std::stop_source m_stop;
     std::optional<QString> m_text;
 };

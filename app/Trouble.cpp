@@ -70,8 +70,9 @@ TroubleText troubleText(Trouble trouble) {
         case Trouble::settingsUnreadable:
             return {QStringLiteral("settings unreadable"),
                     QStringLiteral("Sayloft cannot read its settings"),
-                    QStringLiteral("The defaults count instead of ~/.sayloft/config.json, which is "
-                                   "damaged or out of reach. ~/.sayloft/sayloft.log tells more; a "
+                    QStringLiteral("The defaults, or what was saved last, count instead of "
+                                   "~/.sayloft/config.json, which is damaged or out of reach. "
+                                   "~/.sayloft/sayloft.log tells more; a "
                                    "damaged text is kept in config.json.broken. Put it right, then "
                                    "start Sayloft anew.")};
         case Trouble::noTrayHost:

@@ -128,7 +128,8 @@ void TroubleWatch::reviewSound() {
 }
 
 void TroubleWatch::reviewTray() {
-    if (m_tray.isShown()) {
+    m_trayMissing = !m_tray.isShown();
+    if (!m_trayMissing) {
         QFile::remove(missingTrayTold());
         set(Trouble::noTrayHost, false);
         return;

@@ -39,6 +39,8 @@ public:
     void dictationEnded();
 
     [[nodiscard]] bool holds(Trouble trouble) const;
+    /// Also where that is no news to the user.
+    [[nodiscard]] bool trayMissing() const { return m_trayMissing; }
     /// The most severe cause that holds in a few words; empty when there is none.
     [[nodiscard]] QString reason() const;
     /// Called when it changes.
@@ -57,6 +59,7 @@ private:
     TrayItem& m_tray;
     const std::chrono::milliseconds m_grace;
     TroubleNotices m_notices;
+    bool m_trayMissing = false;
     QTimer m_soundReview;  ///< runs while nothing can be recorded
     QThreadPool m_disk;    ///< one thread: a disk may stall
 };

@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QIcon>
 #include <QSessionManager>
 
 #include <csignal>
@@ -32,6 +33,11 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("org.sayloft.Sayloft"));
     QApplication::setQuitOnLastWindowClosed(false);
     fixPaths(bundleDirOfExecutable(QApplication::applicationDirPath()), QDir::homePath());
+
+    const QString image =
+        BUNDLE_DIR + QStringLiteral("/Contents/Resources/images/MenuIconActive.png");
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral("audio-input-microphone"), QIcon(image)));
 
     SessionBusConnection sessionBus(sessionBusAddress());
     SingleInstance instance(sessionBus);

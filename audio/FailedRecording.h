@@ -3,6 +3,8 @@
 
 #include <QString>
 
+#include <cstdint>
+
 namespace sayloft {
 
 /// The sound of the last dictation that could not be transcribed, in a file beside the log: there
@@ -13,10 +15,12 @@ public:
     [[nodiscard]] static QString file();
     [[nodiscard]] static bool isKept();
 
-    /// Moves a complete recording there, in place of an earlier one; one without any sound is not
-    /// worth it.
-    static void keep(const QString& recording);
-    static void forget();
+    /// Moves the complete recording of a dictation there, in place of an earlier one's; one without
+    /// any sound is not worth it. Dictations are numbered from 1, since they may end in another
+    /// order than they began.
+    static void keep(const QString& recording, std::uint64_t dictation);
+    /// A dictation has worked: what an earlier one left is not needed any more.
+    static void forgetBefore(std::uint64_t dictation);
 };
 
 }  // namespace sayloft

@@ -102,10 +102,15 @@ bool HttpFetch::takeLine(QByteArrayView line) {
 void HttpFetch::done(CURLcode result) {
     if (m_isOver)
         return;
-    const QString error =
-        QString::fromUtf8(m_error.front() == '\0' ? curl_easy_strerror(result) : m_error.data());
+    QString error;
+    if (result != CURLE_OK)
+        error = QString::fromUtf8(m_error.front() == '\0' ? curl_easy_strerror(result)
+                                                          : m_error.data());
+    else if (!m_hasHead)
+        // libcurl takes a head that breaks off for one without a body.
+        error = QStringLiteral("the answer ended in its head");
     giveUp();
-    m_callbacks.onEnd(result == CURLE_OK ? QString() : error);
+    m_callbacks.onEnd(error);
 }
 
 }  // namespace sayloft

@@ -32,7 +32,8 @@ qint64 PartialFile::freeSpace() const {
 bool PartialFile::startAnew() {
     m_file.close();
     makePrivateFolder(QFileInfo(path()).path());
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered,
+                     ownersAlone))
         return failed(m_file.errorString());
     // Only now, so that no note ever stands for bytes that it does not describe.
     QFile::remove(notePath());

@@ -2,6 +2,7 @@
 #include "models/ResumeNote.h"
 
 #include "storage/Json.h"
+#include "storage/PrivateFolder.h"
 #include "storage/WholeFile.h"
 
 #include <QSaveFile>
@@ -46,7 +47,8 @@ void ResumeNote::save(const QString& path) const {
         note["sha256"] = toJson(QString::fromUtf8(sha256));
     // Whenever the program or the machine is cut short, the old note or the new one is there.
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(writeJson(note)) >= 0)
+    if (file.open(QIODevice::WriteOnly) && file.setPermissions(ownersAlone) &&
+        file.write(writeJson(note)) >= 0)
         static_cast<void>(file.commit());
 }
 

@@ -35,6 +35,7 @@ bool HelperProcess::launch(const QString& modelPath) {
     forgetHowChildEnds();
     killStaleServers();
     waitForChild();
+    m_childId = 0;
     QThread::msleep(std::chrono::milliseconds(200ms).count());
 
     auto process = std::make_unique<QProcess>();
@@ -69,11 +70,11 @@ void HelperProcess::end() {
     forgetHowChildEnds();
     m_process->terminate();
     waitForChild();
+    m_childId = 0;
     m_process.reset();
 }
 
 void HelperProcess::forgetHowChildEnds() {
-    m_childId = 0;
     if (m_process)
         m_process->disconnect(this);
 }

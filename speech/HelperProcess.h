@@ -23,7 +23,7 @@ public:
     /// True when it runs; the log says what happened.
     [[nodiscard]] bool launch(const QString& modelPath);
 
-    /// 0 while there is none. Any thread.
+    /// 0 while there is none; one that is about to end counts. Any thread.
     [[nodiscard]] qint64 childId() const { return m_childId; }
 
     /// Asks the child to end and waits for it; after 3 s it is killed. Nothing without a child.

@@ -40,15 +40,21 @@ void ParakeetServer::stop() {
 
 bool ParakeetServer::hasPort() {
     const PortHolder holder = holderOfPort(port, m_process->childId());
-    if (holder == PortHolder::somebodyElse) {
+    if (holder == PortHolder::theProcess)
+        m_isStrangerLogged = false;
+    if (holder == PortHolder::somebodyElse)
+        strangerSeen();
+    return holder == PortHolder::theProcess;
+}
+
+void ParakeetServer::strangerSeen() {
+    if (!m_isStrangerLogged.exchange(true))
         logf(QStringLiteral("another program listens at port %1 — nothing was sent to it")
                  .arg(port));
-        QMetaObject::invokeMethod(this, [this] {
-            if (onStranger)
-                onStranger();
-        });
-    }
-    return holder == PortHolder::theProcess;
+    QMetaObject::invokeMethod(this, [this] {
+        if (onStranger)
+            onStranger();
+    });
 }
 
 void ParakeetServer::launch(const QString& modelPath, Before before) {

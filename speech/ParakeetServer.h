@@ -7,6 +7,7 @@
 #include <QString>
 #include <QThread>
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -37,7 +38,8 @@ public:
     [[nodiscard]] bool ready() const { return m_ready; }
 
     /// Whether what is sent to the server's port gets to the child that was started here. Where
-    /// another program listens there, the log says so and `onStranger` is called. Any thread.
+    /// another program listens there, `onStranger` is called, and the log says so once until the
+    /// child has the port again. Any thread.
     [[nodiscard]] bool hasPort();
 
     /// Called on the main thread each time a started server becomes ready.
@@ -55,8 +57,10 @@ private:
     void launch(const QString& modelPath, Before before);
     void launched(std::uint64_t launchNumber);
     void gone(std::uint64_t launchNumber);
+    void strangerSeen();
 
     bool m_ready = false;
+    std::atomic<bool> m_isStrangerLogged = false;
     std::uint64_t m_launchNumber = 0;  ///< of the newest launch; answers of older ones do not count
     QThread m_thread;
     HelperProcess* m_process;  ///< lives on the thread and ends with it

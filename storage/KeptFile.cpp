@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QThreadPool>
 
+#include <cerrno>
 #include <cstdio>
 #include <mutex>
 #include <utility>
@@ -64,11 +65,12 @@ bool rename(const QString& from, const QString& to) {
 KeptFile::KeptFile(QString path, IsWhole isWhole) : m_path(std::move(path)), m_isWhole(isWhole) {}
 
 KeptFile::Content KeptFile::read() const {
-    if (!QFileInfo::exists(m_path))
+    // A link into nowhere has not been removed: what it leads to may be back at the next start.
+    if (!QFileInfo::exists(m_path) && !QFileInfo(m_path).isSymLink())
         return {};
     auto text = readWholeFile(m_path);
     if (!text)
-        return {.text = {}, .source = Source::unreadable};
+        return {.text = wholeCopy(), .source = Source::unreadable};
     if (m_isWhole(*text))
         return {.text = std::move(text), .source = Source::file};
     if (isCutOffJson(*text)) {
@@ -81,7 +83,8 @@ KeptFile::Content KeptFile::read() const {
 bool KeptFile::write(const QByteArray& text) const {
     makePrivateFolder(QFileInfo(m_path).path());
     const Copied copied = writeNewCopy(text);
-    if (copied == Copied::noRoom)
+    // What is not longer than before finds its room in the file itself.
+    if (copied == Copied::noRoom && text.size() > QFileInfo(m_path).size())
         return false;
     // Nothing else is on the disk for certain.
     if (copied == Copied::yes && QFileInfo::exists(m_path) && !QFileInfo::exists(savedCopy()))
@@ -135,7 +138,7 @@ KeptFile::Copied KeptFile::writeNewCopy(const QByteArray& text) const {
     // In place of an older one, which may be on its way to the disk or all that there is.
     QFile copy(newCopy() + QStringLiteral(".part"));
     if (!copy.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered, ownersAlone))
-        return Copied::impossible;
+        return errno == ENOSPC || errno == EDQUOT ? Copied::noRoom : Copied::impossible;
     const bool isComplete = copy.write(text) == text.size();
     if (isComplete && rename(copy.fileName(), newCopy()))
         return Copied::yes;

@@ -27,7 +27,7 @@ public:
         file,        ///< the file itself
         copy,        ///< the file is cut off, as a save that was not finished leaves it
         broken,      ///< the file is not what it should be: somebody has changed it
-        unreadable,  ///< the file is there and cannot be read
+        unreadable,  ///< the file is there and cannot be read; the text is the copy's, if any
     };
     struct Content {
         std::optional<QByteArray> text;

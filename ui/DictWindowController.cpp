@@ -5,6 +5,7 @@
 #include "ui/DictRow.h"
 #include "ui/GlyphText.h"
 #include "ui/PlainWindow.h"
+#include "ui/RoomyButton.h"
 #include "ui/ScrolledRows.h"
 #include "ui/TextLabel.h"
 #include "ui/WindowRole.h"
@@ -40,7 +41,7 @@ DictWindowController::DictWindowController(AppDelegate& theApp)
     : app(&theApp),
       m_window(std::make_unique<QWidget>()),
       rows(new ScrolledRows(8)),
-      m_add(new QPushButton) {
+      m_add(new RoomyButton) {
     build();
     refresh();
     // The lower left corner of the space that panels leave.

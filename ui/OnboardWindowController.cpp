@@ -4,6 +4,7 @@
 #include "app/AppDelegate.h"
 #include "models/ModelCatalogue.h"
 #include "ui/PlainWindow.h"
+#include "ui/RoomyButton.h"
 #include "ui/TextLabel.h"
 
 #include <QDialog>
@@ -79,14 +80,14 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
                          "combo anytime."),
           {.look = {.size = 11, .role = TextRole::secondary}, .width = 210, .wraps = true})),
       m_tray(new TextLabel(
-          QStringLiteral("No tray for the icon: add GNOME's AppIndicator extension, or a tray to "
-                         "your panel."),
+          QStringLiteral(
+              "No tray here: add one to your panel (GNOME: the AppIndicator extension)."),
           {.look = {.size = 11, .role = TextRole::secondary}, .width = 430, .wraps = true})),
-      micBtn(new QPushButton(QStringLiteral("Grant"))),
-      accBtn(new QPushButton(QStringLiteral("Grant"))),
-      modelBtn(new QPushButton(QStringLiteral("Download"))),
-      hotkeyBtn(new QPushButton(QStringLiteral("Customize…"))),
-      m_done(new QPushButton(QStringLiteral("Done"))) {
+      micBtn(new RoomyButton(QStringLiteral("Grant"))),
+      accBtn(new RoomyButton(QStringLiteral("Grant"))),
+      modelBtn(new RoomyButton(QStringLiteral("Download"))),
+      hotkeyBtn(new RoomyButton(QStringLiteral("Customize…"))),
+      m_done(new RoomyButton(QStringLiteral("Done"))) {
     build();
     describe();
     connectActions();

@@ -5,6 +5,7 @@
 #include "ui/ChipList.h"
 #include "ui/ModelRow.h"
 #include "ui/PermissionRow.h"
+#include "ui/PopUpButton.h"
 #include "ui/RoomyButton.h"
 #include "ui/TextLook.h"
 #include "ui/TimingRow.h"
@@ -33,13 +34,6 @@ QLabel* rowLabel(const QString& text, QWidget* control) {
     if (!text.isEmpty())
         label->setBuddy(control);
     return label;
-}
-
-/// The widest entry makes it no wider than its place.
-QComboBox* popUp() {
-    auto* popUp = new QComboBox;
-    popUp->setMinimumContentsLength(12);
-    return popUp;
 }
 
 void addTo(QBoxLayout& row, QLayout* content) {
@@ -76,13 +70,13 @@ SettingsForm::SettingsForm()
                              .meaning = QStringLiteral("Recording while you hold a chord")})),
       dictateChips(new ChipList(QStringLiteral("Dictate"))),
       enterChips(new ChipList(QStringLiteral("Dictate + Enter"))),
-      micPopup(popUp()),
+      micPopup(new PopUpButton),
       boostCheck(new QCheckBox(QStringLiteral("Boost quiet microphone"))),
       clipboardCheck(new QCheckBox(QStringLiteral("Leave transcript in clipboard"))),
       dictBtn(new RoomyButton(QStringLiteral("Edit dictionary…"))),
       loginCheck(new QCheckBox(QStringLiteral("Launch Sayloft at login"))),
       soundCheck(new QCheckBox(QStringLiteral("Play start / stop sound"))),
-      stylePopup(popUp()),
+      stylePopup(new PopUpButton),
       appear(new TimingRow({.name = QStringLiteral("Appear speed"),
                             .meaning = QStringLiteral("How fast the pill appears")},
                            speedTiming())),

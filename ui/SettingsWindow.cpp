@@ -88,9 +88,13 @@ void SettingsWindow::stayOnScreen() {
     if (!isVisible())
         return;
     const QRect room = screen()->availableGeometry();
-    const int below = frameGeometry().bottom() - room.bottom();
-    if (below > 0)
-        move(pos() - QPoint(0, std::min(below, frameGeometry().top() - room.top())));
+    const QRect frame = frameGeometry();
+    const int beside = std::max(0, frame.right() - room.right());
+    const int below = std::max(0, frame.bottom() - room.bottom());
+    const QPoint back(std::min(beside, frame.left() - room.left()),
+                      std::min(below, frame.top() - room.top()));
+    if (!back.isNull())
+        move(pos() - back);
 }
 
 }  // namespace sayloft

@@ -50,6 +50,11 @@ void ValueSlider::goFurther(int steps) {
 }
 
 void ValueSlider::wheelEvent(QWheelEvent* event) {
+    // Whoever scrolls the window past it does not mean it.
+    if (!hasFocus()) {
+        event->ignore();
+        return;
+    }
     constexpr int notch = 120;
     m_wheelAngle += event->angleDelta().y();
     for (; m_wheelAngle >= notch; m_wheelAngle -= notch)

@@ -3,7 +3,9 @@
 
 #include "app/tests/DictationSessionFixture.h"
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QThread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -171,6 +173,21 @@ TEST_F(Session, canBeDestroyedWhileTheServerHangs) {
     EXPECT_LT(elapsed.elapsed(), 500);
     turnEventLoopFor(50ms);
     EXPECT_THAT(m_host.seen, Not(Contains("error")));
+}
+
+TEST_F(Session, keepsATranscriptThatHasComeWhenItIsGivenUp) {
+    answerText("just in time");
+    dictate();
+    const auto threads = m_session.findChildren<QThread*>();
+    ASSERT_EQ(threads.size(), 1);
+    // Without the event loop nobody hears of it.
+    ASSERT_TRUE(threads.front()->wait(QDeadlineTimer(10s)));
+    m_session.giveUp();
+    EXPECT_THAT(m_history.items(), ElementsAre(QStringLiteral("just in time")));
+    EXPECT_TRUE(m_home.log().contains(QStringLiteral("text='just in time'")));
+    turnEventLoopFor(50ms);
+    EXPECT_EQ(m_history.items().size(), 1U);
+    EXPECT_TRUE(m_fakes.clipboard.texts.empty());
 }
 
 }  // namespace

@@ -151,6 +151,7 @@ TEST_F(TheTroubleWatch, tellsOnlyOnceInManyStartsThatThereIsNoTray) {
     letGracePass();
     EXPECT_EQ(nextStart.reason(), QString());
     EXPECT_EQ(m_notifier.shown, 1);
+    EXPECT_TRUE(nextStart.trayMissing());
 }
 
 TEST_F(TheTroubleWatch, tellsAgainThatThereIsNoTrayWhereThereWasOneMeanwhile) {

@@ -146,6 +146,22 @@ TEST_P(CutByTheHost, goesOnFromThereTheNextTime) {
     EXPECT_EQ(m_server->requests().back().toLower().contains(range), cut() > 0);
 }
 
+TEST_F(DownloadFromAFaultyHost, failsWhereverTheHeadIsCutOffAndKeepsWhatHasCome) {
+    const QByteArray tag = "\r\nETag: \"1\"";
+    const QByteArray head =
+        "HTTP/1.1 206 Partial Content" + tag + "\r\nContent-Range: bytes 1000-" +
+        QByteArray::number(m_model.size() - 1) + '/' + QByteArray::number(m_model.size()) + "\r\n";
+    std::vector<RawAnswer> script{
+        answer("200 OK" + length(m_model.size()) + tag, m_model.left(1000))};
+    for (qsizetype size = 0; size < head.size(); ++size)
+        script.push_back({.bytes = head.left(size)});
+    const QUrl url = listen(script);
+    for (std::size_t attempt = 0; attempt < script.size(); ++attempt) {
+        ASSERT_FALSE(download(url)) << attempt;
+        ASSERT_EQ(partSize(), 1000) << script[attempt].bytes.toStdString();
+    }
+}
+
 TEST_F(DownloadFromAFaultyHost, failsWhenTheHostFallsSilent) {
     renew(300ms);
     const QUrl url = listen({answer("200 OK" + length(m_model.size()) + "\r\nETag: \"1\"",

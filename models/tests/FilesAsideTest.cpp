@@ -18,7 +18,7 @@ using testing::IsEmpty;
 class FilesAside : public testing::Test {
 protected:
     [[nodiscard]] QString write(const QString& name) const {
-        const QString path = m_home.path() + QLatin1Char('/') + name;
+        QString path = m_home.path() + QLatin1Char('/') + name;
         test::writeFile(path, "content");
         return path;
     }

@@ -73,8 +73,9 @@ QSet<QByteArray> socketsOf(qint64 pid) {
     QSet<QByteArray> inodes;
     std::error_code gone;
     const std::filesystem::path files("/proc/" + std::to_string(pid) + "/fd");
-    for (const auto& file : std::filesystem::directory_iterator(files, gone)) {
-        const std::string target = std::filesystem::read_symlink(file, gone).string();
+    std::filesystem::directory_iterator file(files, gone);
+    for (; file != std::filesystem::directory_iterator(); file.increment(gone)) {
+        const std::string target = std::filesystem::read_symlink(*file, gone).string();
         if (target.starts_with(prefix))
             inodes.insert(QByteArray::fromStdString(target.substr(prefix.size())).chopped(1));
     }

@@ -147,11 +147,20 @@ TEST_F(AKeptFile, thatWasRemovedStaysRemovedWithItsCopy) {
     EXPECT_EQ(QDir(DATA_DIR).entryList(QDir::Files), QStringList());
 }
 
-TEST_F(AKeptFile, whosePathIsADirectoryIsUnreadableWhichIsLogged) {
+TEST_F(AKeptFile, thatIsALinkIntoNowhereHasNotBeenRemoved) {
+    QFile::remove(Config::url());
+    ASSERT_TRUE(
+        QFile::link(m_home.path() + QStringLiteral("/unplugged/config.json"), Config::url()));
+    mendStoredFiles();
+    EXPECT_EQ(Config::load(), m_config);
+    EXPECT_EQ(test::readFile(beside(".saved")), m_text);
+}
+
+TEST_F(AKeptFile, whosePathIsADirectoryIsReadFromItsCopyWhichIsLogged) {
     QFile::remove(Config::url());
     QDir().mkpath(Config::url());
     EXPECT_FALSE(mendStoredFiles());
-    EXPECT_EQ(Config::load(), Config());
+    EXPECT_EQ(Config::load(), m_config);
     EXPECT_EQ(m_home.log(), QStringLiteral("config.json cannot be read\n"));
     Config().save();
     EXPECT_TRUE(QFileInfo(Config::url()).isDir());

@@ -243,7 +243,7 @@ TEST_F(OnboardWindow, saysHowToGetATrayOnceNoneHasCome) {
     const auto speaksOfTheTray = [this] {
         const QStringList shown = texts();
         return std::any_of(shown.begin(), shown.end(), [](const QString& text) {
-            return text.startsWith(QStringLiteral("No tray for the icon:"));
+            return text.startsWith(QStringLiteral("No tray here:"));
         });
     };
     fakes.trayItem.isThere = false;

@@ -125,6 +125,34 @@ TEST_F(SettingsWindowTest, scrollsWhereTheScreenIsTooSmall) {
     EXPECT_EQ(window->horizontalScrollBar()->maximum(), 0);
 }
 
+TEST_F(SettingsWindowTest, changesNothingWhereTheWheelScrollsItPastTheControls) {
+    open(manyChords);
+    const QByteArray before = test::readFile(Config::url());
+    window->setFocus();
+    for (QWidget* const control : visibleControls()) {
+        const QPointF middle = control->rect().center();
+        for (const int angle : {120, -120}) {
+            QWheelEvent event(middle, control->mapToGlobal(middle), {}, {0, angle}, Qt::NoButton,
+                              Qt::NoModifier, Qt::NoScrollPhase, false);
+            control->clearFocus();
+            QCoreApplication::sendEvent(control, &event);
+        }
+    }
+    EXPECT_EQ(test::readFile(Config::url()), before);
+}
+
+TEST_F(SettingsWindowTest, isNoWiderForTheLongNameOfAMicrophone) {
+    fakes.audio.deviceList.push_back(
+        {.id = 3, .uid = QStringLiteral("long"), .name = QString(90, QLatin1Char('m'))});
+    open();
+    EXPECT_EQ(window->width(), 640);
+    auto& devices = get<QComboBox>(QStringLiteral("Input device"));
+    devices.setCurrentIndex(devices.count() - 1);
+    EXPECT_EQ(devices.toolTip(), devices.currentText());
+    test::turnEventLoopFor(std::chrono::milliseconds(50));
+    EXPECT_EQ(window->width(), 640);
+}
+
 TEST_F(SettingsWindowTest, scrollsToTheControlThatGetsTheFocus) {
     open(manyChords);
     useFontOf(2);

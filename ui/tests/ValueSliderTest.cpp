@@ -64,7 +64,16 @@ TEST_F(ValueSliderTest, goesToItsEndsForHomeAndEnd) {
     EXPECT_EQ(m_slider.number(), 0.1);
 }
 
+TEST_F(ValueSliderTest, leavesTheWheelToTheWindowUnlessItHasTheKeyboard) {
+    m_slider.setNumber(0.3);
+    turnWheel(120);
+    EXPECT_EQ(m_changes.count(), 0);
+}
+
 TEST_F(ValueSliderTest, goesOneStepForANotchOfTheWheelHoweverSlowlyTurned) {
+    m_slider.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&m_slider));
+    m_slider.setFocus();
     m_slider.setNumber(0.3);
     turnWheel(40);
     turnWheel(40);
