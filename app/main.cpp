@@ -14,10 +14,22 @@
 #include <QDir>
 #include <QIcon>
 #include <QSessionManager>
+#include <QTimer>
 
 #include <csignal>
 #include <cstdio>
 #include <memory>
+
+namespace {
+
+void giveWindowsAnIcon() {
+    const QString image =
+        sayloft::BUNDLE_DIR + QStringLiteral("/Contents/Resources/images/MenuIconActive.png");
+    QApplication::setWindowIcon(
+        QIcon::fromTheme(QStringLiteral("audio-input-microphone"), QIcon(image)));
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     using namespace sayloft;
@@ -33,11 +45,6 @@ int main(int argc, char** argv) {
     QApplication::setDesktopFileName(QStringLiteral("org.sayloft.Sayloft"));
     QApplication::setQuitOnLastWindowClosed(false);
     fixPaths(bundleDirOfExecutable(QApplication::applicationDirPath()), QDir::homePath());
-
-    const QString image =
-        BUNDLE_DIR + QStringLiteral("/Contents/Resources/images/MenuIconActive.png");
-    QApplication::setWindowIcon(
-        QIcon::fromTheme(QStringLiteral("audio-input-microphone"), QIcon(image)));
 
     SessionBusConnection sessionBus(sessionBusAddress());
     SingleInstance instance(sessionBus);
@@ -56,5 +63,7 @@ int main(int argc, char** argv) {
         &application, &QApplication::saveStateRequest, &application,
         [](QSessionManager& session) { session.setRestartHint(QSessionManager::RestartNever); });
     delegate.applicationDidFinishLaunching();
+    // Last: to look through the desktop's icon theme takes longer than all of the above.
+    QTimer::singleShot(0, &application, &giveWindowsAnIcon);
     return QApplication::exec();
 }
