@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "fuzz/support/FakeXServer.h"
 
-#include <xcb/res.h>
+#include "fuzz/support/FakeXReply.h"
+
 #include <xcb/xcbext.h>
 #include <xcb/xfixes.h>
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -23,17 +23,6 @@ constexpr std::uint8_t firstFixesEvent = 87;
 std::vector<std::string>& atomNames() {
     static std::vector<std::string> names;
     return names;
-}
-
-/// A reply of the size that its type has, zeroed, with `extra` bytes behind it.
-template <typename Reply>
-Reply* newReply(std::size_t extra = 0) {
-    return static_cast<Reply*>(std::calloc(1, sizeof(Reply) + extra));
-}
-
-template <typename Reply>
-Reply* replyUnlessGone() {
-    return fakeXServer().isGone ? nullptr : newReply<Reply>();
 }
 
 xcb_void_cookie_t done() {
@@ -245,37 +234,6 @@ xcb_get_selection_owner_reply_t* xcb_get_selection_owner_reply(xcb_connection_t*
         reply->owner = fakeXServer().selectionOwner;
     return reply;
 }
-xcb_get_input_focus_cookie_t xcb_get_input_focus(xcb_connection_t*) {
-    return {0};
-}
-xcb_get_input_focus_reply_t* xcb_get_input_focus_reply(xcb_connection_t*,
-                                                       xcb_get_input_focus_cookie_t,
-                                                       xcb_generic_error_t**) {
-    auto* reply = replyUnlessGone<xcb_get_input_focus_reply_t>();
-    if (reply != nullptr)
-        reply->focus = fakeXServer().focus;
-    return reply;
-}
-xcb_query_tree_cookie_t xcb_query_tree(xcb_connection_t*, xcb_window_t) {
-    return {0};
-}
-xcb_query_tree_reply_t* xcb_query_tree_reply(xcb_connection_t*, xcb_query_tree_cookie_t,
-                                             xcb_generic_error_t**) {
-    auto* reply = replyUnlessGone<xcb_query_tree_reply_t>();
-    if (reply != nullptr)
-        reply->parent = fakeXServer().parent;
-    return reply;
-}
-xcb_query_pointer_cookie_t xcb_query_pointer(xcb_connection_t*, xcb_window_t) {
-    return {0};
-}
-xcb_query_pointer_reply_t* xcb_query_pointer_reply(xcb_connection_t*, xcb_query_pointer_cookie_t,
-                                                   xcb_generic_error_t**) {
-    auto* reply = replyUnlessGone<xcb_query_pointer_reply_t>();
-    if (reply != nullptr)
-        reply->child = fakeXServer().parent;
-    return reply;
-}
 xcb_xfixes_query_version_cookie_t xcb_xfixes_query_version(xcb_connection_t*, uint32_t, uint32_t) {
     return {0};
 }
@@ -287,15 +245,6 @@ xcb_xfixes_query_version_reply_t* xcb_xfixes_query_version_reply(xcb_connection_
 xcb_void_cookie_t xcb_xfixes_select_selection_input(xcb_connection_t*, xcb_window_t, xcb_atom_t,
                                                     uint32_t) {
     return done();
-}
-xcb_res_query_version_cookie_t xcb_res_query_version(xcb_connection_t*, uint8_t, uint8_t) {
-    return {0};
-}
-// Older than client ids.
-xcb_res_query_version_reply_t* xcb_res_query_version_reply(xcb_connection_t*,
-                                                           xcb_res_query_version_cookie_t,
-                                                           xcb_generic_error_t**) {
-    return replyUnlessGone<xcb_res_query_version_reply_t>();
 }
 
 }  // extern "C"

@@ -8,8 +8,9 @@
 
 namespace sayloft::fuzz {
 
-/// What the functions of libxcb answer in a program that FakeXServer.cpp is linked into: there is
-/// no server, every request is carried out at once, and other clients do what the fields say.
+/// What the functions of libxcb answer in a program that FakeXServer.cpp and FakeXFocus.cpp are
+/// linked into: there is no server, every request is carried out at once, and other clients do what
+/// the fields say.
 struct FakeXServer {
     /// What a client has put into whatever property is read next.
     struct Property {
