@@ -3,6 +3,7 @@
 // ours from Recorder::start() to the first fragment in the program, parec's from the start of the
 // process to its first byte of output. All take turns on one private server.
 #include "audio/Recorder.h"
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "platform/linux/AudioInputPulse.h"
 #include "tests/support/ChildProgram.h"
@@ -11,9 +12,6 @@
 #include "tests/support/WaitUntil.h"
 #include "tests/support/WatchedAudioInput.h"
 
-#include <QCoreApplication>
-
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -91,12 +89,5 @@ void compare() {
 }  // namespace sayloft
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        sayloft::compare();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return sayloft::bench::benchMain(argc, argv, &sayloft::compare);
 }

@@ -2,19 +2,18 @@
 // What it takes to download a large model from nginx on this machine, against curl on the same file
 // in the same run. Ours is a program that does nothing else; it waits until the file is on the
 // disk, which curl leaves to the system, so that curl is also measured together with sync.
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/Nginx.h"
 #include "tests/support/TempHome.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -161,14 +160,9 @@ private:
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
+    return sayloft::bench::benchMain(argc, argv, [] {
         sayloft::bench::Bench bench;
         bench.run();
         bench.report();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_download: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    });
 }

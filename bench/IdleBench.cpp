@@ -2,17 +2,15 @@
 // What the program costs while nobody dictates: the real app with its helper and the starter model
 // loaded, on a desktop on which nothing happens, over a minute; and in the same minute, two other
 // programs that live in a tray.
+#include "bench/BenchMain.h"
 #include "bench/Desktop.h"
 #include "bench/Result.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/ProcessFigures.h"
 #include "tests/support/SayloftProgram.h"
 
-#include <QCoreApplication>
-
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -117,12 +115,5 @@ void runBench() {
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        sayloft::bench::runBench();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_idle: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return sayloft::bench::benchMain(argc, argv, &sayloft::bench::runBench);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // What the pill costs: hidden over a minute, beside an empty program whose timer fires 60 times a
 // second, and shown with a level that moves.
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "overlay/PillOverlay.h"
 #include "platform/linux/WindowEffectsX11.h"
@@ -16,7 +17,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <cstdio>
 #include <stdexcept>
 #include <vector>
 
@@ -135,14 +135,10 @@ void runBench(TimedApplication& application, const test::XServer& display) {
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    try {
+    return sayloft::bench::benchMainWithoutApplication(argv[0], [&] {
         const sayloft::test::XServer display;
         const sayloft::test::WindowManager windowManager(display);
         sayloft::bench::TimedApplication application(argc, argv);
         sayloft::bench::runBench(application, display);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_pill: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -3,14 +3,11 @@
 // answers at once: what a dictation takes beside the recognition. In turns with it, the same steps
 // by hand: curl posts the same recording to the same server, xclip takes the clipboard and xdotool
 // presses the paste key, from the start of curl on.
-#include "bench/Desktop.h"
+#include "bench/BenchMain.h"
 #include "bench/FocusedWindow.h"
-#include "bench/InstantBundle.h"
+#include "bench/ReleaseRig.h"
 #include "bench/Result.h"
 #include "tests/support/RawHttp.h"
-#include "tests/support/SayloftProgram.h"
-
-#include <QCoreApplication>
 
 #include <cstdio>
 #include <stdexcept>
@@ -23,11 +20,6 @@ namespace {
 
 using namespace std::chrono_literals;
 using Clock = FocusedWindow::Clock;
-
-constexpr int rounds = 30;
-constexpr auto hold = 500ms;
-// Longer than the app needs to bring the clipboard back.
-constexpr auto rest = 700ms;
 
 double milliseconds(Clock::duration duration) {
     return std::chrono::duration<double, std::milli>(duration).count();
@@ -58,18 +50,12 @@ struct Times {
 
 class Comparison {
 public:
-    Comparison() {
-        if (!m_sayloft.waitForLog(QStringLiteral("event tap installed OK")) ||
-            !m_sayloft.waitForHelper())
-            throw std::runtime_error("the app did not come up: " + m_sayloft.log().toStdString());
-    }
-
     void run() {
         // The first of each loads libraries and caches.
         Times warmUp;
         dictate(warmUp);
         doByHand(warmUp);
-        for (int round = 0; round < rounds; ++round) {
+        for (int round = 0; round < ReleaseRig::rounds; ++round) {
             dictate(ours);
             doByHand(theirs);
         }
@@ -82,7 +68,7 @@ private:
     void dictate(Times& times) {
         m_window.press(Keycode::shiftLeft);
         m_window.press(Keycode::superLeft);
-        std::this_thread::sleep_for(hold);
+        std::this_thread::sleep_for(ReleaseRig::hold);
         const auto released = Clock::now();
         m_window.release(Keycode::superLeft);
         m_window.release(Keycode::shiftLeft);
@@ -90,20 +76,9 @@ private:
     }
 
     void doByHand(Times& times) {
-        const QString steps = QStringLiteral(
-                                  "curl -s -F 'file=@%1;filename=a.wav;type=audio/wav' "
-                                  "-F response_format=text "
-                                  "http://127.0.0.1:8090/v1/audio/transcriptions "
-                                  "| xclip -selection clipboard && xdotool key ctrl+v")
-                                  .arg(m_bundle.recording());
-        QProcess shell;
-        shell.setProcessEnvironment(m_desktop.environment());
-        shell.setStandardOutputFile(QProcess::nullDevice());
-        const auto started = Clock::now();
-        shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), steps});
-        finish(times, started);
-        if (!shell.waitForFinished() || shell.exitCode() != 0)
-            throw std::runtime_error("curl, xclip or xdotool failed");
+        m_rig.doByHand(
+            {.selection = QStringLiteral("clipboard"), .pasteKey = QStringLiteral("ctrl+v")},
+            [&](Clock::time_point started) { finish(times, started); });
     }
 
     void finish(Times& times, Clock::time_point start) {
@@ -111,14 +86,12 @@ private:
         if (!key)
             throw std::runtime_error(std::string("no paste key came, the server is ") +
                                      (test::isListening(8090) ? "there: " : "gone: ") +
-                                     m_sayloft.log().toStdString());
-        std::this_thread::sleep_for(rest);
-        times.add(start, m_bundle.lastRequest(++m_requests), m_window.clipboardTaken(), *key);
+                                     m_rig.sayloft().log().toStdString());
+        std::this_thread::sleep_for(ReleaseRig::rest);
+        times.add(start, m_rig.bundle().lastRequest(++m_requests), m_window.clipboardTaken(), *key);
     }
 
-    Desktop m_desktop;
-    InstantBundle m_bundle{m_desktop.path(QStringLiteral("Sayloft.app"))};
-    test::SayloftProgram m_sayloft{m_desktop.home(), m_desktop.environment(), m_bundle.root()};
+    ReleaseRig m_rig;
     FocusedWindow m_window;
     int m_requests = 0;
 };
@@ -131,7 +104,7 @@ void printStep(const char* name, const std::vector<double>& ours,
 
 void report(const Times& ours, const Times& theirs) {
     std::printf("from the chord's release to the paste key, medians (least to most) of %d runs\n",
-                rounds);
+                ReleaseRig::rounds);
     std::printf("  %-44s %28s %28s\n", "", "sayloft", "curl + xclip + xdotool");
     printStep("recording's end, until the request is there", ours.untilRequest,
               theirs.untilRequest);
@@ -155,14 +128,9 @@ void report(const Times& ours, const Times& theirs) {
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
+    return sayloft::bench::benchMain(argc, argv, [] {
         sayloft::bench::Comparison comparison;
         comparison.run();
         sayloft::bench::report(comparison.ours, comparison.theirs);
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_release_to_paste: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    });
 }

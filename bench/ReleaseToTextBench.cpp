@@ -2,16 +2,13 @@
 // From letting the chord go to the text in a program that somebody else wrote: a terminal, whose
 // inside tells at once what has arrived. The speech server answers at once. In turns with it, the
 // same steps by hand with curl, xclip and xdotool.
-#include "bench/Desktop.h"
-#include "bench/InstantBundle.h"
+#include "bench/BenchMain.h"
+#include "bench/ReleaseRig.h"
 #include "bench/Result.h"
 #include "tests/support/ChildProgram.h"
-#include "tests/support/SayloftProgram.h"
 #include "tests/support/TestKeyboard.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QProcess>
 
 #include <array>
 #include <chrono>
@@ -30,14 +27,8 @@
 namespace sayloft::bench {
 namespace {
 
-using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 using test::TestKeyboard;
-
-constexpr int rounds = 30;
-constexpr auto hold = 500ms;
-// Longer than the app needs to bring the clipboard back.
-constexpr auto rest = 700ms;
 
 /// xterm with a program inside that passes on every byte as it comes.
 class Terminal {
@@ -81,17 +72,11 @@ private:
 
 class Comparison {
 public:
-    Comparison() {
-        if (!m_sayloft.waitForLog(QStringLiteral("event tap installed OK")) ||
-            !m_sayloft.waitForHelper())
-            throw std::runtime_error("the app did not come up: " + m_sayloft.log().toStdString());
-    }
-
     void run() {
         // The first of each loads libraries and caches.
         static_cast<void>(dictate());
         static_cast<void>(doByHand());
-        for (int round = 0; round < rounds; ++round) {
+        for (int round = 0; round < ReleaseRig::rounds; ++round) {
             ours.push_back(dictate());
             theirs.push_back(doByHand());
         }
@@ -104,42 +89,30 @@ private:
     [[nodiscard]] double dictate() {
         m_keyboard.press(TestKeyboard::shiftLeft);
         m_keyboard.press(TestKeyboard::superLeft);
-        std::this_thread::sleep_for(hold);
+        std::this_thread::sleep_for(ReleaseRig::hold);
         const auto released = Clock::now();
         m_keyboard.release(TestKeyboard::superLeft);
         m_keyboard.release(TestKeyboard::shiftLeft);
         return untilText(released);
     }
 
-    [[nodiscard]] double doByHand() {
-        const QString steps = QStringLiteral(
-                                  "curl -s -F 'file=@%1;filename=a.wav;type=audio/wav' "
-                                  "-F response_format=text "
-                                  "http://127.0.0.1:8090/v1/audio/transcriptions "
-                                  "| xclip -selection primary && xdotool key shift+Insert")
-                                  .arg(m_bundle.recording());
-        QProcess shell;
-        shell.setProcessEnvironment(m_desktop.environment());
-        shell.setStandardOutputFile(QProcess::nullDevice());
-        const auto started = Clock::now();
-        shell.start(QStringLiteral("sh"), {QStringLiteral("-c"), steps});
-        const double taken = untilText(started);
-        if (!shell.waitForFinished() || shell.exitCode() != 0)
-            throw std::runtime_error("curl, xclip or xdotool failed");
+    [[nodiscard]] double doByHand() const {
+        double taken = 0;
+        m_rig.doByHand(
+            {.selection = QStringLiteral("primary"), .pasteKey = QStringLiteral("shift+Insert")},
+            [&](Clock::time_point started) { taken = untilText(started); });
         return taken;
     }
 
     [[nodiscard]] double untilText(Clock::time_point start) const {
         const Clock::duration taken = m_terminal.firstByte() - start;
-        std::this_thread::sleep_for(rest);
+        std::this_thread::sleep_for(ReleaseRig::rest);
         m_terminal.takeAll();
         return std::chrono::duration<double, std::milli>(taken).count();
     }
 
-    Desktop m_desktop;
-    InstantBundle m_bundle{m_desktop.path(QStringLiteral("Sayloft.app"))};
-    test::SayloftProgram m_sayloft{m_desktop.home(), m_desktop.environment(), m_bundle.root()};
-    Terminal m_terminal{m_desktop};
+    ReleaseRig m_rig;
+    Terminal m_terminal{m_rig.desktop()};
     TestKeyboard m_keyboard;
 };
 
@@ -147,8 +120,7 @@ private:
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
+    return sayloft::bench::benchMain(argc, argv, [] {
         sayloft::bench::Comparison comparison;
         comparison.run();
         sayloft::bench::print(
@@ -156,9 +128,5 @@ int main(int argc, char** argv) {
              .value = sayloft::bench::describeMilliseconds(comparison.ours),
              .peer = "curl + xclip + xdotool",
              .peerValue = sayloft::bench::describeMilliseconds(comparison.theirs)});
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_release_to_text: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    });
 }

@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: MIT
 // A dictionary of 1,000 entries over a transcript of 10,000 characters, and the same by Python's
 // regular expressions.
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "speech/Replacements.h"
 #include "tests/support/ChildProgram.h"
 
-#include <QCoreApplication>
-
 #include <chrono>
-#include <cstdio>
 #include <stdexcept>
 #include <vector>
 
@@ -84,12 +82,5 @@ void runBench() {
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        sayloft::bench::runBench();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_replacements: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return sayloft::bench::benchMain(argc, argv, &sayloft::bench::runBench);
 }

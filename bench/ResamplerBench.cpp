@@ -2,16 +2,15 @@
 // The resampler against sox: how fast, how clean, how flat, and what is left of tones that the new
 // rate cannot carry.
 #include "audio/MonoResampler.h"
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/TempHome.h"
 
-#include <QCoreApplication>
 #include <QTemporaryDir>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <cstring>
 #include <functional>
 #include <numbers>
@@ -167,12 +166,5 @@ void runBench() {
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        sayloft::bench::runBench();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_resampler: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return sayloft::bench::benchMain(argc, argv, &sayloft::bench::runBench);
 }

@@ -2,6 +2,7 @@
 // How long it takes from play() until "Pop" and "Tink" are heard in the room, against paplay
 // starting cold with the same file: from the start of its process. All take turns on one private
 // server, and all figures include the way through the microphone, some 20 ms.
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "platform/linux/AudioInputPulse.h"
 #include "platform/linux/SystemSoundsPulse.h"
@@ -10,11 +11,8 @@
 #include "tests/support/SoundServer.h"
 #include "tests/support/WaitUntil.h"
 
-#include <QCoreApplication>
-
 #include <array>
 #include <chrono>
-#include <cstdio>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -96,12 +94,5 @@ void compare() {
 }  // namespace sayloft
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        sayloft::compare();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_sound_start: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return sayloft::bench::benchMain(argc, argv, &sayloft::compare);
 }

@@ -3,11 +3,10 @@
 // pocketsphinx_batch on the same files in the same run. Ours is measured as the app sees it, from
 // sending the request to the end of the answer; the tool's is the decoding time that it reports,
 // which leaves out loading the model.
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "helper/tests/HelperBundle.h"
 #include "helper/tests/SpeechSamples.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <cstdio>
@@ -144,12 +143,5 @@ void runBench() {
 }  // namespace sayloft::helper
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        sayloft::helper::runBench();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_starter_decoding: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return sayloft::bench::benchMain(argc, argv, &sayloft::helper::runBench);
 }

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 // How long it takes from the start of the program until its item is registered with the tray, and
 // the same for other programs that live in a tray.
+#include "bench/BenchMain.h"
 #include "bench/Desktop.h"
 #include "bench/Result.h"
 #include "bench/TrayWatcher.h"
 #include "tests/support/SayloftProgram.h"
 
-#include <QCoreApplication>
 #include <QDir>
 
-#include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -69,12 +68,5 @@ void runBench() {
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    const QCoreApplication application(argc, argv);
-    try {
-        sayloft::bench::runBench();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_tray_start: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    return sayloft::bench::benchMain(argc, argv, &sayloft::bench::runBench);
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // How long each window takes from the call that opens it until it is drawn, the first time and
 // again, beside a window with one button; and what a refresh of the settings costs.
+#include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/WindowManager.h"
@@ -16,9 +17,7 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <functional>
-#include <stdexcept>
 #include <vector>
 
 namespace sayloft::bench {
@@ -163,14 +162,10 @@ void runBench() {
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    try {
+    return sayloft::bench::benchMainWithoutApplication(argv[0], [&] {
         const sayloft::test::XServer display;
         const sayloft::test::WindowManager windowManager(display);
         const QApplication application(argc, argv);
         sayloft::bench::runBench();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_windows: %s\n", error.what());
-        return 1;
-    }
-    return 0;
+    });
 }
