@@ -159,7 +159,8 @@ TEST_F(Endurance, ofHalfAnHourOfHoldingRecordsAllOfIt) {
     std::printf("%.1f s recorded, memory %+.0f KiB, processor time %.0f ms\n",
                 static_cast<double>(recording.size()) / 16000, after.memoryKb - before.memoryKb,
                 after.processorMs - before.processorMs);
-    EXPECT_GE(recording.size(), 16000U * 60 * static_cast<std::size_t>(holdTime().count()));
+    EXPECT_GE(recording.size(),
+              std::size_t{16000} * 60 * static_cast<std::size_t>(holdTime().count()));
     const auto tail = static_cast<std::ptrdiff_t>(16000 * 3);
     expectSoundIn(Samples(recording.end() - tail, recording.end()));
     EXPECT_LT(after.memoryKb - before.memoryKb, 1024);

@@ -10,6 +10,7 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include <array>
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 
@@ -89,8 +90,8 @@ void TestKeyboard::typeSign(std::uint32_t sign) {
     // Of Latin signs the keysym is the code point. The first two of a key are without and with
     // Shift.
     for (int key = 0; map && key < count; ++key) {
-        const xcb_keysym_t* const signs =
-            xcb_get_keyboard_mapping_keysyms(map.get()) + key * map->keysyms_per_keycode;
+        const xcb_keysym_t* const signs = xcb_get_keyboard_mapping_keysyms(map.get()) +
+                                          std::ptrdiff_t{key} * map->keysyms_per_keycode;
         const auto code = static_cast<Key>(setup.min_keycode + key);
         if (signs[0] == sign)
             return tap(code);
