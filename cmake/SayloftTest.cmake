@@ -1,7 +1,5 @@
 # SPDX-License-Identifier: MIT
 if(NOT SAYLOFT_TESTS)
-    function(sayloft_test)
-    endfunction()
     return()
 endif()
 
