@@ -11,6 +11,7 @@ pkg_check_modules(SNDFILE REQUIRED IMPORTED_TARGET sndfile)
 
 if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
     pkg_check_modules(PULSE REQUIRED IMPORTED_TARGET libpulse)
+    pkg_check_modules(MNL REQUIRED IMPORTED_TARGET libmnl)
     pkg_check_modules(XCB REQUIRED IMPORTED_TARGET
         xcb xcb-xkb xcb-xtest xcb-xfixes xcb-res xcb-shape xkbcommon xkbcommon-x11)
 endif()
