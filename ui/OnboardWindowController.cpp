@@ -3,6 +3,7 @@
 
 #include "app/AppDelegate.h"
 #include "models/ModelCatalogue.h"
+#include "models/StarterModel.h"
 #include "ui/PlainWindow.h"
 #include "ui/RoomyButton.h"
 #include "ui/TextLabel.h"
@@ -32,7 +33,7 @@ void setStatus(TextLabel& label, bool isMet) {
 }
 
 struct StepRow {
-    const char* title;
+    const char* title;  ///< null for a line that belongs to the step above
     QWidget* middle;
     QPushButton* button;
 };
@@ -43,9 +44,10 @@ QGridLayout* makeGrid(std::initializer_list<StepRow> steps) {
     grid->setHorizontalSpacing(14);
     int row = 0;
     for (const StepRow& step : steps) {
-        auto* title = new TextLabel(QString::fromUtf8(step.title),
-                                    {.look = {.weight = QFont::Medium}, .width = 130});
-        grid->addWidget(title, row, 0, Qt::AlignLeading | Qt::AlignVCenter);
+        if (step.title)
+            grid->addWidget(new TextLabel(QString::fromUtf8(step.title),
+                                          {.look = {.weight = QFont::Medium}, .width = 130}),
+                            row, 0, Qt::AlignLeading | Qt::AlignVCenter);
         grid->addWidget(step.middle, row, 1, Qt::AlignLeading | Qt::AlignVCenter);
         grid->addWidget(step.button, row, 2, Qt::AlignVCenter);
         // Return is for "Done", wherever the keyboard is.
@@ -75,6 +77,9 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
       micStatus(makeStatus()),
       accStatus(makeStatus()),
       modelStatus(makeStatus()),
+      m_starterOffer(new TextLabel(
+          QStringLiteral("The small starter model works at once, in English."),
+          {.look = {.size = 11, .role = TextRole::secondary}, .width = 210, .wraps = true})),
       m_hotkeys(new TextLabel(
           QStringLiteral("Hold ⌘⇧ to dictate. “Dictate + Enter” is off — add or change either "
                          "combo anytime."),
@@ -86,6 +91,7 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
       micBtn(new RoomyButton(QStringLiteral("Grant"))),
       accBtn(new RoomyButton(QStringLiteral("Grant"))),
       modelBtn(new RoomyButton(QStringLiteral("Download"))),
+      m_useStarter(new RoomyButton(QStringLiteral("Use Starter"))),
       hotkeyBtn(new RoomyButton(QStringLiteral("Customize…"))),
       m_done(new RoomyButton(QStringLiteral("Done"))) {
     build();
@@ -116,6 +122,7 @@ void OnboardWindowController::build() {
     layout->addLayout(makeGrid({{"1. Microphone", micStatus, micBtn},
                                 {"2. Accessibility", accStatus, accBtn},
                                 {"3. Model", modelStatus, modelBtn},
+                                {nullptr, m_starterOffer, m_useStarter},
                                 {"4. Hotkeys", m_hotkeys, hotkeyBtn}}));
     layout->addWidget(m_tray);
     layout->addWidget(m_done, 0, Qt::AlignLeading);
@@ -136,6 +143,9 @@ void OnboardWindowController::describe() {
                            "paste"));
     explain(*modelBtn, QStringLiteral("Download model"),
             QStringLiteral("Downloads the speech model that is selected in the settings"));
+    explain(*m_useStarter, m_useStarter->text(),
+            QStringLiteral("Transcribes with the starter model from now on; the other model stays "
+                           "in the settings, to be used once it is there"));
     explain(*hotkeyBtn, QStringLiteral("Customize hotkeys…"),
             QStringLiteral("Opens the settings, where hotkeys are added and removed"));
     explain(*m_done, QStringLiteral("Done"), QStringLiteral("Closes this window"));
@@ -150,6 +160,7 @@ void OnboardWindowController::connectActions() {
     connect(micBtn, &QPushButton::clicked, this, [this] { grantMic(); });
     connect(accBtn, &QPushButton::clicked, this, [this] { grantAcc(); });
     connect(modelBtn, &QPushButton::clicked, this, [this] { downloadStep(); });
+    connect(m_useStarter, &QPushButton::clicked, this, [this] { useStarter(); });
     connect(hotkeyBtn, &QPushButton::clicked, this, [this] { customizeHotkeys(); });
     connect(m_done, &QPushButton::clicked, this, [this] { finish(); });
     m_done->setDefault(true);
@@ -175,6 +186,7 @@ void OnboardWindowController::refresh() {
     accBtn->setEnabled(!accessibilityGranted);
     m_tray->setVisible(app && app->trayMissing());
     refreshModel();
+    refreshStarter();
 }
 
 void OnboardWindowController::refreshModel() {
@@ -188,6 +200,14 @@ void OnboardWindowController::refreshModel() {
     const bool isThere = modelDownloaded(app ? app->cfg.model : QStringLiteral("multilingual"));
     setStatus(*modelStatus, isThere);
     modelBtn->setEnabled(!isThere);
+}
+
+void OnboardWindowController::refreshStarter() {
+    const auto starter = starterModel();
+    const bool helps = app && !modelDownloaded(app->cfg.model) && starter &&
+                       existingModelPath(starter->file).has_value();
+    m_starterOffer->setVisible(helps);
+    m_useStarter->setVisible(helps);
 }
 
 void OnboardWindowController::grantMic() {
@@ -206,6 +226,12 @@ void OnboardWindowController::grantAcc() {
 void OnboardWindowController::downloadStep() {
     if (app)
         app->models().setModel(app->cfg.model);
+}
+
+// A download of the model that was configured goes on.
+void OnboardWindowController::useStarter() {
+    if (const auto starter = starterModel(); app && starter)
+        app->models().setModel(starter->key);
 }
 
 void OnboardWindowController::customizeHotkeys() {

@@ -235,7 +235,7 @@ TEST_F(OnboardWindow, namesAndDescribesEveryButtonDifferently) {
         EXPECT_TRUE(each->accessibleName().startsWith(each->text().chopped(1)));
         names << each->accessibleName();
     }
-    EXPECT_EQ(names.size(), 5);
+    EXPECT_EQ(names.size(), 6);
     EXPECT_EQ(names.removeDuplicates(), 0);
 }
 
