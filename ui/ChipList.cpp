@@ -22,7 +22,6 @@ ChipList::ChipList(QString name)
     m_flow->insertWidget(0, m_add);
     m_add->setAccessibleDescription(
         QStringLiteral("Records the modifier keys that you press and release next"));
-    connect(m_add, &QPushButton::clicked, this, &ChipList::addRequested);
     setCapture(Capture::none);
 }
 

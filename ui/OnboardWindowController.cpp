@@ -243,10 +243,14 @@ void OnboardWindowController::finish() {
     m_window->close();
 }
 
+void OnboardWindowController::windowWillClose() {
+    timer.stop();
+}
+
 // Also where the window is not closed but hidden, as Escape does.
 bool OnboardWindowController::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_window.get() && event->type() == QEvent::Hide && !event->spontaneous())
-        timer.stop();
+        windowWillClose();
     return QObject::eventFilter(watched, event);
 }
 

@@ -47,6 +47,7 @@ private:
     void useStarter();
     void customizeHotkeys();
     void finish();
+    void windowWillClose();
     void refreshModel();
     void refreshStarter();
 

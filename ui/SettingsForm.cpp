@@ -62,14 +62,15 @@ void describe(QWidget& control, const QString& name, const QString& meaning) {
 }  // namespace
 
 SettingsForm::SettingsForm()
-    : accessibility(new PermissionRow(
+    : accStatus(new PermissionRow(
           {.name = QStringLiteral("Accessibility"),
            .meaning = QStringLiteral("Seeing your chords and typing into other programs")})),
-      microphone(
-          new PermissionRow({.name = QStringLiteral("Microphone"),
-                             .meaning = QStringLiteral("Recording while you hold a chord")})),
+      micStatus(new PermissionRow({.name = QStringLiteral("Microphone"),
+                                   .meaning = QStringLiteral("Recording while you hold a chord")})),
       dictateChips(new ChipList(QStringLiteral("Dictate"))),
       enterChips(new ChipList(QStringLiteral("Dictate + Enter"))),
+      dictateAddBtn(dictateChips->addButton()),
+      enterAddBtn(enterChips->addButton()),
       micPopup(new PopUpButton),
       boostCheck(new QCheckBox(QStringLiteral("Boost quiet microphone"))),
       clipboardCheck(new QCheckBox(QStringLiteral("Leave transcript in clipboard"))),
@@ -86,6 +87,12 @@ SettingsForm::SettingsForm()
       hold(new TimingRow({.name = QStringLiteral("Show after release"),
                           .meaning = QStringLiteral("How long the pill stays afterwards")},
                          holdTiming())),
+      appearSlider(appear->slider()),
+      hideSlider(hide->slider()),
+      holdSlider(hold->slider()),
+      appearVal(appear->field()),
+      hideVal(hide->field()),
+      holdVal(hold->field()),
       resetButton(new RoomyButton(QStringLiteral("Reset to defaults"))) {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(columnSpacing);
@@ -107,9 +114,9 @@ SettingsForm::SettingsForm()
 
 void SettingsForm::fillGrid(QGridLayout& grid) {
     const std::pair<const char16_t*, QWidget*> rows[] = {
-        {u"Accessibility", accessibility},
-        {u"Microphone", microphone},
-        {u"Model", modelList()},
+        {u"Accessibility", accStatus},
+        {u"Microphone", micStatus},
+        {u"Model", makeModelList()},
         {u"Dictate", dictateChips},
         {u"Dictate + Enter", enterChips},
         {u"Input device", micPopup},
@@ -150,14 +157,14 @@ void SettingsForm::describeControls() {
              QStringLiteral("Restores all settings after asking"));
 }
 
-QWidget* SettingsForm::modelList() {
+QWidget* SettingsForm::makeModelList() {
     auto* list = new QWidget;
     auto* rows = new QVBoxLayout(list);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(modelSpacing);
     for (const ModelInfo& model : MODELS) {
-        models.push_back(new ModelRow(model));
-        rows->addWidget(models.back());
+        modelList.push_back(new ModelRow(model));
+        rows->addWidget(modelList.back());
     }
     return list;
 }
