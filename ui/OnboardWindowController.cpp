@@ -139,8 +139,8 @@ void OnboardWindowController::describe() {
     explain(*micBtn, QStringLiteral("Grant microphone"),
             QStringLiteral("Lets Sayloft record through the sound server, PipeWire or PulseAudio"));
     explain(*accBtn, QStringLiteral("Grant accessibility"),
-            QStringLiteral("Lets Sayloft see which modifier keys are held, and press the keys that "
-                           "paste"));
+            QStringLiteral("Lets Sayloft see through the X server which modifier keys are held, "
+                           "and press the keys that paste"));
     explain(*modelBtn, QStringLiteral("Download model"),
             QStringLiteral("Downloads the speech model that is selected in the settings"));
     explain(*m_useStarter, m_useStarter->text(),

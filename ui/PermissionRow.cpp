@@ -21,8 +21,8 @@ PermissionRow::PermissionRow(const Texts& texts)
       m_statusLook(new TextLook(m_status, {.size = 12, .role = TextRole::warning})) {
     auto* button = new SmallButton(QStringLiteral("Open Settings"));
     button->setAccessibleName(QStringLiteral("Open Settings: ") + texts.name);
-    button->setAccessibleDescription(texts.meaning);
-    button->setToolTip(texts.meaning);
+    button->setAccessibleDescription(texts.settings);
+    button->setToolTip(texts.settings);
     m_status->setMinimumWidth(statusWidth);
     m_status->setToolTip(texts.meaning);
     m_status->setAccessibleDescription(texts.meaning);

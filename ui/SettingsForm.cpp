@@ -64,9 +64,16 @@ void describe(QWidget& control, const QString& name, const QString& meaning) {
 SettingsForm::SettingsForm()
     : accStatus(new PermissionRow(
           {.name = QStringLiteral("Accessibility"),
-           .meaning = QStringLiteral("Seeing your chords and typing into other programs")})),
-      micStatus(new PermissionRow({.name = QStringLiteral("Microphone"),
-                                   .meaning = QStringLiteral("Recording while you hold a chord")})),
+           .meaning = QStringLiteral(
+               "Seeing your chords and typing into other programs, through the X server"),
+           .settings = QStringLiteral("Opens the desktop's accessibility settings, or where those "
+                                      "cannot help a page that says what to do")})),
+      micStatus(new PermissionRow(
+          {.name = QStringLiteral("Microphone"),
+           .meaning = QStringLiteral("Recording while you hold a chord, through the sound server, "
+                                     "PipeWire or PulseAudio"),
+           .settings = QStringLiteral("Opens the desktop's sound settings, or where there are none "
+                                      "a page that says what to do")})),
       dictateChips(new ChipList(QStringLiteral("Dictate"))),
       enterChips(new ChipList(QStringLiteral("Dictate + Enter"))),
       dictateAddBtn(dictateChips->addButton()),

@@ -29,7 +29,9 @@ const QString helpPage = QStringLiteral(SAYLOFT_HELP_PAGE);
 /// installs: programs that write down how they were called.
 class PrivacyPanes : public testing::Test {
 protected:
-    PrivacyPanes() : m_environment(m_server.environment()) {
+    PrivacyPanes() : PrivacyPanes(test::XServer::Options{}) {}
+    explicit PrivacyPanes(const test::XServer::Options& server)
+        : m_server(server), m_environment(m_server.environment()) {
         QDir(m_directory.path()).mkdir(QStringLiteral("bin"));
         QDir(m_directory.path()).mkdir(QStringLiteral("data"));
         for (const char* name : {"HOME", "XDG_RUNTIME_DIR"})
@@ -197,6 +199,46 @@ TEST_F(PrivacyPanes, showTheHelpThemselvesWhereAnEditorWouldOpenIt) {
 TEST_F(PrivacyPanes, showTheHelpThemselvesWhereNothingIsInstalled) {
     open(accessibility);
     EXPECT_TRUE(helpAppears());
+}
+
+/// On a desktop that has a setting for everything.
+class PanesOfGnome : public PrivacyPanes {
+protected:
+    explicit PanesOfGnome(const test::XServer::Options& server = {}) : PrivacyPanes(server) {
+        installStandIn(QStringLiteral("gnome-control-center"));
+        installBrowser("browser.desktop", "browser.desktop");
+        setDesktop("GNOME");
+    }
+
+    void expectTheHelpForTheKeyboardAlone() {
+        open(accessibility);
+        const QString help =
+            QStringLiteral("xdg-open file://") + helpPage + QStringLiteral("#accessibility\n");
+        EXPECT_EQ(callsOnce(help), help.toStdString());
+        open(microphone);
+        const QString both = help + QStringLiteral("gnome-control-center sound\n");
+        EXPECT_EQ(callsOnce(both), both.toStdString());
+    }
+};
+
+class PanesWithoutTyping : public PanesOfGnome {
+protected:
+    PanesWithoutTyping()
+        : PanesOfGnome({.arguments = {QStringLiteral("-extension"), QStringLiteral("XTEST")}}) {}
+};
+
+TEST_F(PanesWithoutTyping, areTheHelpWhereNoSettingGivesTheKeyboardBack) {
+    expectTheHelpForTheKeyboardAlone();
+}
+
+TEST_F(PanesOfGnome, areTheHelpWhereACompositorKeepsTheKeyboard) {
+    m_environment.insert(QStringLiteral("WAYLAND_DISPLAY"), QStringLiteral("wayland-0"));
+    expectTheHelpForTheKeyboardAlone();
+}
+
+TEST_F(PanesOfGnome, areTheHelpInASessionOfWayland) {
+    m_environment.insert(QStringLiteral("XDG_SESSION_TYPE"), QStringLiteral("wayland"));
+    expectTheHelpForTheKeyboardAlone();
 }
 
 class TheHelp : public PrivacyPanes {};
