@@ -4,6 +4,7 @@
 #include "app/AppDelegate.h"
 #include "models/ModelCatalogue.h"
 #include "models/StarterModel.h"
+#include "ui/GlyphText.h"
 #include "ui/PlainWindow.h"
 #include "ui/RoomyButton.h"
 #include "ui/TextLabel.h"
@@ -28,7 +29,9 @@ TextLabel* makeStatus() {
 }
 
 void setStatus(TextLabel& label, bool isMet) {
-    label.setText(isMet ? QStringLiteral("✓ Ready") : QStringLiteral("✕ Not yet"));
+    label.setText(
+        isMet ? displayable(QStringLiteral("✓ Ready"), QStringLiteral("Ready"), label.font())
+              : displayable(QStringLiteral("✕ Not yet"), QStringLiteral("Not yet"), label.font()));
     label.setRole(isMet ? TextRole::good : TextRole::warning);
 }
 
@@ -81,8 +84,10 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
           QStringLiteral("The small starter model works at once, in English."),
           {.look = {.size = 11, .role = TextRole::secondary}, .width = 210, .wraps = true})),
       m_hotkeys(new TextLabel(
-          QStringLiteral("Hold ⌘⇧ to dictate. “Dictate + Enter” is off — add or change either "
-                         "combo anytime."),
+          displayable(QStringLiteral("Hold ⌘⇧ to dictate. “Dictate + Enter” is off — add or change "
+                                     "either combo anytime."),
+                      QStringLiteral("Hold Shift+Super to dictate. “Dictate + Enter” is off — add "
+                                     "or change either combo anytime.")),
           {.look = {.size = 11, .role = TextRole::secondary}, .width = 210, .wraps = true})),
       m_tray(new TextLabel(
           QStringLiteral(
@@ -153,7 +158,7 @@ void OnboardWindowController::describe() {
     micStatus->setAccessibleDescription(QStringLiteral("State of the microphone"));
     accStatus->setAccessibleDescription(QStringLiteral("State of the keyboard's reach"));
     modelStatus->setAccessibleDescription(QStringLiteral("State of the speech model"));
-    m_hotkeys->setToolTip(QStringLiteral("⌘ is the Super key, ⇧ is Shift"));
+    m_hotkeys->setToolTip(displayable(QStringLiteral("⌘ is the Super key, ⇧ is Shift"), QString()));
 }
 
 void OnboardWindowController::connectActions() {

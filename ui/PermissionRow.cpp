@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/PermissionRow.h"
 
+#include "ui/GlyphText.h"
 #include "ui/SmallButton.h"
 #include "ui/TextLook.h"
 
@@ -37,9 +38,10 @@ PermissionRow::PermissionRow(const Texts& texts)
 }
 
 void PermissionRow::setPermLabel(bool isGranted) {
-    const QString text = isGranted ? QStringLiteral("✓ Granted") : QStringLiteral("✕ Not granted");
-    m_status->setText(text);
-    m_status->setAccessibleName(m_name + QStringLiteral(": ") + text.mid(2));
+    const QString state = isGranted ? QStringLiteral("Granted") : QStringLiteral("Not granted");
+    const QString sign = isGranted ? QStringLiteral("✓ ") : QStringLiteral("✕ ");
+    m_status->setText(displayable(sign + state, state, m_status->font()));
+    m_status->setAccessibleName(m_name + QStringLiteral(": ") + state);
     m_statusLook->setRole(isGranted ? TextRole::good : TextRole::warning);
 }
 

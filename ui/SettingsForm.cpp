@@ -3,6 +3,7 @@
 
 #include "models/ModelCatalogue.h"
 #include "ui/ChipList.h"
+#include "ui/GlyphText.h"
 #include "ui/ModelRow.h"
 #include "ui/PermissionRow.h"
 #include "ui/PopUpButton.h"
@@ -177,10 +178,14 @@ QWidget* SettingsForm::makeModelList() {
 }
 
 QWidget* SettingsForm::helpLabel() {
-    auto* help = new QLabel(QStringLiteral(
-        "Hotkeys: add modifier combos (⌥, ⌘⇧, ⌃⌥, Fn…) — any starts dictation; “Dictate + Enter” "
-        "also presses Return. Parakeet auto-detects the language and adds punctuation. "
-        "Microphone: built-in keeps Bluetooth output in high quality. Click a chip to remove it."));
+    const QString combos = displayable(QStringLiteral("⌥, ⌘⇧, ⌃⌥, Fn…"),
+                                       QStringLiteral("Alt, Shift+Super, Ctrl+Alt, Fn…"));
+    auto* help = new QLabel(
+        QStringLiteral("Hotkeys: add modifier combos (") + combos +
+        QStringLiteral(
+            ") — any starts dictation; “Dictate + Enter” also presses Return. Parakeet "
+            "auto-detects the language and adds punctuation. Microphone: built-in keeps Bluetooth "
+            "output in high quality. Click a chip to remove it."));
     new TextLook(help, {.size = 11, .role = TextRole::tertiary});
     help->setWordWrap(true);
     help->setFixedWidth(helpWidth);
