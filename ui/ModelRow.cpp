@@ -97,7 +97,11 @@ void ModelRow::describe(const QString& label) {
     m_bar->setAccessibleDescription(QStringLiteral("How much of the model is there"));
     m_download->setAccessibleName(QStringLiteral("Download ") + label);
     m_download->setAccessibleDescription(
-        QStringLiteral("Downloads this model and then transcribes with it"));
+        m_isBundled ? QStringLiteral("Not for download: this model comes with Sayloft, but its "
+                                     "file is missing in this copy")
+                    : QStringLiteral("Downloads this model and then transcribes with it"));
+    if (m_isBundled)
+        m_download->setToolTip(m_download->accessibleDescription());
     m_use->setAccessibleName(QStringLiteral("Use ") + label);
     m_use->setAccessibleDescription(QStringLiteral("Transcribes with this model from now on"));
     m_delete->setAccessibleName(QStringLiteral("Delete ") + label);

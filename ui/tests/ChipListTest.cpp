@@ -116,6 +116,17 @@ TEST_F(ChipListTest, saysWhichListIsBeingRecorded) {
     EXPECT_FALSE(m_list.addButton()->isEnabled());
 }
 
+TEST_F(ChipListTest, saysWhyNothingCanBeAddedWhileTheOtherListIsBeingRecorded) {
+    const QString usual = m_list.addButton()->accessibleDescription();
+    EXPECT_TRUE(m_list.addButton()->toolTip().isEmpty());
+    m_list.setCapture(ChipList::Capture::elsewhere);
+    EXPECT_TRUE(m_list.addButton()->toolTip().contains(QStringLiteral("other list")));
+    EXPECT_EQ(m_list.addButton()->accessibleDescription(), m_list.addButton()->toolTip());
+    m_list.setCapture(ChipList::Capture::none);
+    EXPECT_TRUE(m_list.addButton()->toolTip().isEmpty());
+    EXPECT_EQ(m_list.addButton()->accessibleDescription(), usual);
+}
+
 TEST_F(ChipListTest, wrapsManyChords) {
     m_list.setChords({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
     EXPECT_GT(m_list.heightForWidth(400), 2 * m_list.addButton()->sizeHint().height());
