@@ -15,7 +15,8 @@ public:
     /// asks the user and never remembers an answer.
     [[nodiscard]] virtual bool accessibilityTrusted() const = 0;
 
-    /// Opens the place in the system's settings that `pane` names; failure is silent.
+    /// Opens the place in the system's settings that `pane` names, or the help where no setting
+    /// helps; failure is silent.
     virtual void open(const QUrl& pane) = 0;
 
     /// Opens the program's own help at a section: "accessibility", "microphone" or "sound-server".

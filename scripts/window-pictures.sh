@@ -11,5 +11,5 @@ trap 'rm -rf "$folder"' EXIT
 "$1/ui/tests/settings_pictures" "$folder"
 "$1/ui/tests/ui_pictures" >"$folder/log" || { cat "$folder/log" >&2; exit 1; }
 convert "$folder/settings-light-two-models.png" -strip "$pictures/settings.png"
-convert "$1/pictures/onboarding-downloading.png" -strip "$pictures/onboarding.png"
+convert "$1/pictures/onboarding-starter.png" -strip "$pictures/onboarding.png"
 convert "$1/pictures/dictionary-light.png" -strip "$pictures/dictionary.png"

@@ -20,9 +20,6 @@ ChipList::ChipList(QString name)
     : m_name(std::move(name)), m_flow(new FlowLayout(spacing)), m_add(new RoomyButton) {
     setLayout(m_flow);
     m_flow->insertWidget(0, m_add);
-    m_add->setAccessibleDescription(
-        QStringLiteral("Records the modifier keys that you press and release next"));
-    connect(m_add, &QPushButton::clicked, this, &ChipList::addRequested);
     setCapture(Capture::none);
 }
 
@@ -43,7 +40,14 @@ void ChipList::setCapture(Capture capture) {
                                         QStringLiteral("+ Add combo"), m_add->font()));
     m_add->setAccessibleName(
         (isHere ? QStringLiteral("Press a combo for ") : QStringLiteral("Add combo to ")) + m_name);
-    m_add->setEnabled(capture != Capture::elsewhere);
+    const bool isElsewhere = capture == Capture::elsewhere;
+    m_add->setEnabled(!isElsewhere);
+    const QString reason =
+        QStringLiteral("The other list is recording: press and release its combo first");
+    m_add->setToolTip(isElsewhere ? reason : QString());
+    m_add->setAccessibleDescription(
+        isElsewhere ? reason
+                    : QStringLiteral("Records the modifier keys that you press and release next"));
 }
 
 void ChipList::provideChip(std::size_t index, std::int64_t chord) {

@@ -29,10 +29,9 @@ public:
     void setChords(const std::vector<std::int64_t>& chords);
     void setCapture(Capture capture);
 
-    [[nodiscard]] QPushButton& addButton() const { return *m_add; }
+    [[nodiscard]] QPushButton* addButton() const { return m_add; }
 
 Q_SIGNALS:
-    void addRequested();
     void removeRequested(std::int64_t chord);
 
 private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/DictRow.h"
 
+#include "ui/GlyphText.h"
 #include "ui/TextLabel.h"
 
 #include <QHBoxLayout>
@@ -44,13 +45,14 @@ public:
 DictRow::DictRow(const DictTexts& texts)
     : m_heard(new Field(QStringLiteral("heard"))),
       m_replacement(new Field(QStringLiteral("replace with"))),
-      m_remove(new SignButton(QStringLiteral("✕"))) {
+      m_remove(new SignButton(displayable(QStringLiteral("✕"), QStringLiteral("×")))) {
     setTexts(texts);
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins({});
     layout->setSpacing(8);
     layout->addWidget(m_heard);
-    layout->addWidget(new TextLabel(QStringLiteral("→"), {.look = {.role = TextRole::secondary}}));
+    layout->addWidget(new TextLabel(displayable(QStringLiteral("→"), QStringLiteral("->")),
+                                    {.look = {.role = TextRole::secondary}}));
     layout->addWidget(m_replacement);
     layout->addWidget(m_remove);
     m_remove->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);

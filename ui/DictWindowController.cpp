@@ -66,8 +66,9 @@ void DictWindowController::build() {
     layout->addWidget(m_add, 0, Qt::AlignLeading);
     layout->addWidget(
         new TextLabel(
-            QStringLiteral("Applied to every transcript (case-insensitive). Example: "
-                           "“solona” → “Solana”."),
+            QStringLiteral("Applied to every transcript (case-insensitive). Example: ") +
+                displayable(QStringLiteral("“solona” → “Solana”."),
+                            QStringLiteral("“solona” -> “Solana”.")),
             {.look = {.size = 11, .role = TextRole::tertiary}, .width = 400, .wraps = true}),
         0, Qt::AlignLeading);
     layout->addStretch();
@@ -76,7 +77,7 @@ void DictWindowController::build() {
     m_window->setWindowTitle(QStringLiteral("Dictionary"));
     m_window->installEventFilter(this);
     const QString add = QStringLiteral("＋ Add replacement");
-    m_add->setText(displayable(add, QStringLiteral("+ Add replacement"), m_add->font()));
+    m_add->setText(displayable(add, QStringLiteral("+ Add replacement")));
     m_add->setAccessibleName(add);
     m_add->setAccessibleDescription(QStringLiteral("Adds an empty row to the dictionary"));
     connect(m_add, &QPushButton::clicked, this, [this] { addPair(); });

@@ -6,7 +6,8 @@
 namespace sayloft {
 
 void FocusDropView::mousePressEvent(QMouseEvent* event) {
-    if (QWidget* focused = window()->focusWidget())
+    QWidget* const focused = window()->focusWidget();
+    if (event->button() == Qt::LeftButton && focused)
         focused->clearFocus();
     QWidget::mousePressEvent(event);
 }

@@ -5,8 +5,8 @@
 
 namespace sayloft {
 
-/// The content of a window in which a click on empty space ends the editing of a text field, so
-/// that what was typed counts.
+/// The content of a window in which a click on empty space, with the button for clicking,
+/// ends the editing of a text field, so that what was typed counts.
 class FocusDropView : public QWidget {
 public:
     using QWidget::QWidget;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/GlyphText.h"
 
+#include <QApplication>
 #include <QFontMetrics>
 #include <QList>
 
@@ -15,6 +16,10 @@ QString displayable(const QString& text, const QString& plainer, const QFont& fo
         std::all_of(characters.begin(), characters.end(),
                     [&metrics](uint character) { return metrics.inFontUcs4(character); });
     return allThere ? text : plainer;
+}
+
+QString displayable(const QString& text, const QString& plainer) {
+    return displayable(text, plainer, QApplication::font());
 }
 
 }  // namespace sayloft

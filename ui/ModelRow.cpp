@@ -3,6 +3,7 @@
 
 #include "models/ModelCatalogue.h"
 #include "ui/ElidingLabel.h"
+#include "ui/GlyphText.h"
 #include "ui/SmallButton.h"
 #include "ui/SteadyLabel.h"
 #include "ui/TextLook.h"
@@ -17,9 +18,6 @@
 namespace sayloft {
 namespace {
 
-const QString onDiskMark = QStringLiteral("✓");
-const QString absentMark = QStringLiteral("○");
-
 constexpr int rowWidth = 400;
 constexpr int rowSpacing = 10;
 constexpr int stateSpacing = 6;
@@ -28,11 +26,19 @@ constexpr int barHeight = 12;
 /// Of the bar, which counts in whole numbers.
 constexpr int barSteps = 1000;
 
+QString onDiskMark() {
+    return displayable(QStringLiteral("✓"), QStringLiteral("•"));
+}
+
+QString absentMark() {
+    return displayable(QStringLiteral("○"), QStringLiteral("–"));
+}
+
 }  // namespace
 
 ModelRow::ModelRow(const ModelInfo& model)
     : m_isBundled(model.url.isEmpty()),
-      m_mark(new SteadyLabel({onDiskMark, absentMark})),
+      m_mark(new SteadyLabel({onDiskMark(), absentMark()})),
       m_markLook(new TextLook(m_mark, {.weight = QFont::Bold, .role = TextRole::tertiary})),
       m_name(new ElidingLabel(model.label)),
       m_bar(new QProgressBar),
@@ -91,7 +97,11 @@ void ModelRow::describe(const QString& label) {
     m_bar->setAccessibleDescription(QStringLiteral("How much of the model is there"));
     m_download->setAccessibleName(QStringLiteral("Download ") + label);
     m_download->setAccessibleDescription(
-        QStringLiteral("Downloads this model and then transcribes with it"));
+        m_isBundled ? QStringLiteral("Not for download: this model comes with Sayloft, but its "
+                                     "file is missing in this copy")
+                    : QStringLiteral("Downloads this model and then transcribes with it"));
+    if (m_isBundled)
+        m_download->setToolTip(m_download->accessibleDescription());
     m_use->setAccessibleName(QStringLiteral("Use ") + label);
     m_use->setAccessibleDescription(QStringLiteral("Transcribes with this model from now on"));
     m_delete->setAccessibleName(QStringLiteral("Delete ") + label);
@@ -113,7 +123,7 @@ QSize ModelRow::minimumSizeHint() const {
 }
 
 void ModelRow::setOnDisk(bool isOnDisk) {
-    m_mark->setText(isOnDisk ? onDiskMark : absentMark);
+    m_mark->setText(isOnDisk ? onDiskMark() : absentMark());
     m_mark->setAccessibleName(isOnDisk ? QStringLiteral("Downloaded")
                                        : QStringLiteral("Not downloaded"));
     m_markLook->setRole(isOnDisk ? TextRole::good : TextRole::tertiary);

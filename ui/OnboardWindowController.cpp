@@ -3,6 +3,8 @@
 
 #include "app/AppDelegate.h"
 #include "models/ModelCatalogue.h"
+#include "models/StarterModel.h"
+#include "ui/GlyphText.h"
 #include "ui/PlainWindow.h"
 #include "ui/RoomyButton.h"
 #include "ui/TextLabel.h"
@@ -27,12 +29,14 @@ TextLabel* makeStatus() {
 }
 
 void setStatus(TextLabel& label, bool isMet) {
-    label.setText(isMet ? QStringLiteral("✓ Ready") : QStringLiteral("✕ Not yet"));
+    label.setText(
+        isMet ? displayable(QStringLiteral("✓ Ready"), QStringLiteral("Ready"), label.font())
+              : displayable(QStringLiteral("✕ Not yet"), QStringLiteral("Not yet"), label.font()));
     label.setRole(isMet ? TextRole::good : TextRole::warning);
 }
 
 struct StepRow {
-    const char* title;
+    const char* title;  ///< null for a line that belongs to the step above
     QWidget* middle;
     QPushButton* button;
 };
@@ -43,9 +47,10 @@ QGridLayout* makeGrid(std::initializer_list<StepRow> steps) {
     grid->setHorizontalSpacing(14);
     int row = 0;
     for (const StepRow& step : steps) {
-        auto* title = new TextLabel(QString::fromUtf8(step.title),
-                                    {.look = {.weight = QFont::Medium}, .width = 130});
-        grid->addWidget(title, row, 0, Qt::AlignLeading | Qt::AlignVCenter);
+        if (step.title)
+            grid->addWidget(new TextLabel(QString::fromUtf8(step.title),
+                                          {.look = {.weight = QFont::Medium}, .width = 130}),
+                            row, 0, Qt::AlignLeading | Qt::AlignVCenter);
         grid->addWidget(step.middle, row, 1, Qt::AlignLeading | Qt::AlignVCenter);
         grid->addWidget(step.button, row, 2, Qt::AlignVCenter);
         // Return is for "Done", wherever the keyboard is.
@@ -75,9 +80,14 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
       micStatus(makeStatus()),
       accStatus(makeStatus()),
       modelStatus(makeStatus()),
+      m_starterOffer(new TextLabel(
+          QStringLiteral("The small starter model works at once, in English."),
+          {.look = {.size = 11, .role = TextRole::secondary}, .width = 210, .wraps = true})),
       m_hotkeys(new TextLabel(
-          QStringLiteral("Hold ⌘⇧ to dictate. “Dictate + Enter” is off — add or change either "
-                         "combo anytime."),
+          displayable(QStringLiteral("Hold ⌘⇧ to dictate. “Dictate + Enter” is off — add or change "
+                                     "either combo anytime."),
+                      QStringLiteral("Hold Shift+Super to dictate. “Dictate + Enter” is off — add "
+                                     "or change either combo anytime.")),
           {.look = {.size = 11, .role = TextRole::secondary}, .width = 210, .wraps = true})),
       m_tray(new TextLabel(
           QStringLiteral(
@@ -86,6 +96,7 @@ OnboardWindowController::OnboardWindowController(AppDelegate& theApp)
       micBtn(new RoomyButton(QStringLiteral("Grant"))),
       accBtn(new RoomyButton(QStringLiteral("Grant"))),
       modelBtn(new RoomyButton(QStringLiteral("Download"))),
+      m_useStarter(new RoomyButton(QStringLiteral("Use Starter"))),
       hotkeyBtn(new RoomyButton(QStringLiteral("Customize…"))),
       m_done(new RoomyButton(QStringLiteral("Done"))) {
     build();
@@ -116,6 +127,7 @@ void OnboardWindowController::build() {
     layout->addLayout(makeGrid({{"1. Microphone", micStatus, micBtn},
                                 {"2. Accessibility", accStatus, accBtn},
                                 {"3. Model", modelStatus, modelBtn},
+                                {nullptr, m_starterOffer, m_useStarter},
                                 {"4. Hotkeys", m_hotkeys, hotkeyBtn}}));
     layout->addWidget(m_tray);
     layout->addWidget(m_done, 0, Qt::AlignLeading);
@@ -132,10 +144,13 @@ void OnboardWindowController::describe() {
     explain(*micBtn, QStringLiteral("Grant microphone"),
             QStringLiteral("Lets Sayloft record through the sound server, PipeWire or PulseAudio"));
     explain(*accBtn, QStringLiteral("Grant accessibility"),
-            QStringLiteral("Lets Sayloft see which modifier keys are held, and press the keys that "
-                           "paste"));
+            QStringLiteral("Lets Sayloft see through the X server which modifier keys are held, "
+                           "and press the keys that paste"));
     explain(*modelBtn, QStringLiteral("Download model"),
             QStringLiteral("Downloads the speech model that is selected in the settings"));
+    explain(*m_useStarter, m_useStarter->text(),
+            QStringLiteral("Transcribes with the starter model from now on; the other model stays "
+                           "in the settings, to be used once it is there"));
     explain(*hotkeyBtn, QStringLiteral("Customize hotkeys…"),
             QStringLiteral("Opens the settings, where hotkeys are added and removed"));
     explain(*m_done, QStringLiteral("Done"), QStringLiteral("Closes this window"));
@@ -143,13 +158,14 @@ void OnboardWindowController::describe() {
     micStatus->setAccessibleDescription(QStringLiteral("State of the microphone"));
     accStatus->setAccessibleDescription(QStringLiteral("State of the keyboard's reach"));
     modelStatus->setAccessibleDescription(QStringLiteral("State of the speech model"));
-    m_hotkeys->setToolTip(QStringLiteral("⌘ is the Super key, ⇧ is Shift"));
+    m_hotkeys->setToolTip(displayable(QStringLiteral("⌘ is the Super key, ⇧ is Shift"), QString()));
 }
 
 void OnboardWindowController::connectActions() {
     connect(micBtn, &QPushButton::clicked, this, [this] { grantMic(); });
     connect(accBtn, &QPushButton::clicked, this, [this] { grantAcc(); });
     connect(modelBtn, &QPushButton::clicked, this, [this] { downloadStep(); });
+    connect(m_useStarter, &QPushButton::clicked, this, [this] { useStarter(); });
     connect(hotkeyBtn, &QPushButton::clicked, this, [this] { customizeHotkeys(); });
     connect(m_done, &QPushButton::clicked, this, [this] { finish(); });
     m_done->setDefault(true);
@@ -175,6 +191,7 @@ void OnboardWindowController::refresh() {
     accBtn->setEnabled(!accessibilityGranted);
     m_tray->setVisible(app && app->trayMissing());
     refreshModel();
+    refreshStarter();
 }
 
 void OnboardWindowController::refreshModel() {
@@ -188,6 +205,14 @@ void OnboardWindowController::refreshModel() {
     const bool isThere = modelDownloaded(app ? app->cfg.model : QStringLiteral("multilingual"));
     setStatus(*modelStatus, isThere);
     modelBtn->setEnabled(!isThere);
+}
+
+void OnboardWindowController::refreshStarter() {
+    const auto starter = starterModel();
+    const bool helps = app && !modelDownloaded(app->cfg.model) && starter &&
+                       existingModelPath(starter->file).has_value();
+    m_starterOffer->setVisible(helps);
+    m_useStarter->setVisible(helps);
 }
 
 void OnboardWindowController::grantMic() {
@@ -208,6 +233,12 @@ void OnboardWindowController::downloadStep() {
         app->models().setModel(app->cfg.model);
 }
 
+// A download of the model that was configured goes on.
+void OnboardWindowController::useStarter() {
+    if (const auto starter = starterModel(); app && starter)
+        app->models().setModel(starter->key);
+}
+
 void OnboardWindowController::customizeHotkeys() {
     if (app)
         app->openSettings();
@@ -217,10 +248,14 @@ void OnboardWindowController::finish() {
     m_window->close();
 }
 
+void OnboardWindowController::windowWillClose() {
+    timer.stop();
+}
+
 // Also where the window is not closed but hidden, as Escape does.
 bool OnboardWindowController::eventFilter(QObject* watched, QEvent* event) {
     if (watched == m_window.get() && event->type() == QEvent::Hide && !event->spontaneous())
-        timer.stop();
+        windowWillClose();
     return QObject::eventFilter(watched, event);
 }
 

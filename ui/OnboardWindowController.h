@@ -44,20 +44,25 @@ private:
     void grantMic();
     void grantAcc();
     void downloadStep();
+    void useStarter();
     void customizeHotkeys();
     void finish();
+    void windowWillClose();
     void refreshModel();
+    void refreshStarter();
 
     QPointer<AppDelegate> app;
     std::unique_ptr<QDialog> m_window;
     TextLabel* micStatus;
     TextLabel* accStatus;
     TextLabel* modelStatus;
+    TextLabel* m_starterOffer;
     TextLabel* m_hotkeys;
     TextLabel* m_tray;
     QPushButton* micBtn;
     QPushButton* accBtn;
     QPushButton* modelBtn;
+    QPushButton* m_useStarter;
     QPushButton* hotkeyBtn;
     QPushButton* m_done;
     QTimer timer;

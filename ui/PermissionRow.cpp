@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "ui/PermissionRow.h"
 
+#include "ui/GlyphText.h"
 #include "ui/SmallButton.h"
 #include "ui/TextLook.h"
 
@@ -21,8 +22,8 @@ PermissionRow::PermissionRow(const Texts& texts)
       m_statusLook(new TextLook(m_status, {.size = 12, .role = TextRole::warning})) {
     auto* button = new SmallButton(QStringLiteral("Open Settings"));
     button->setAccessibleName(QStringLiteral("Open Settings: ") + texts.name);
-    button->setAccessibleDescription(texts.meaning);
-    button->setToolTip(texts.meaning);
+    button->setAccessibleDescription(texts.settings);
+    button->setToolTip(texts.settings);
     m_status->setMinimumWidth(statusWidth);
     m_status->setToolTip(texts.meaning);
     m_status->setAccessibleDescription(texts.meaning);
@@ -37,9 +38,10 @@ PermissionRow::PermissionRow(const Texts& texts)
 }
 
 void PermissionRow::setPermLabel(bool isGranted) {
-    const QString text = isGranted ? QStringLiteral("✓ Granted") : QStringLiteral("✕ Not granted");
-    m_status->setText(text);
-    m_status->setAccessibleName(m_name + QStringLiteral(": ") + text.mid(2));
+    const QString state = isGranted ? QStringLiteral("Granted") : QStringLiteral("Not granted");
+    const QString sign = isGranted ? QStringLiteral("✓ ") : QStringLiteral("✕ ");
+    m_status->setText(displayable(sign + state, state, m_status->font()));
+    m_status->setAccessibleName(m_name + QStringLiteral(": ") + state);
     m_statusLook->setRole(isGranted ? TextRole::good : TextRole::warning);
 }
 

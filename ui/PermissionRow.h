@@ -16,7 +16,8 @@ class PermissionRow : public QWidget {
 public:
     struct Texts {
         QString name;
-        QString meaning;  ///< what is allowed, in a sentence
+        QString meaning;   ///< what is allowed, in a sentence
+        QString settings;  ///< what the button opens, in a sentence
     };
 
     explicit PermissionRow(const Texts& texts);

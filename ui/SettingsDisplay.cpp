@@ -11,6 +11,7 @@
 #include "ui/PopUpItems.h"
 #include "ui/SettingsForm.h"
 #include "ui/TimingRow.h"
+#include "ui/ValueSlider.h"
 
 #include <QCheckBox>
 #include <QPushButton>
@@ -49,6 +50,7 @@ void SettingsDisplay::refresh(AppDelegate* app) {
     showPreferences(app);
     showPermissions(app);
     showModels(app);
+    updateAnimLabels();
     showMicrophones(app);
 }
 
@@ -74,9 +76,9 @@ void SettingsDisplay::showPreferences(AppDelegate* app) {
     const AnimationTimes times =
         app ? AnimationTimes{app->cfg.animAppear, app->cfg.animHide, app->cfg.holdDuration}
             : AnimationTimes{};
-    m_form.appear->setNumber(times.appear);
-    m_form.hide->setNumber(times.hide);
-    m_form.hold->setNumber(times.hold);
+    m_form.appearSlider->setNumber(times.appear);
+    m_form.hideSlider->setNumber(times.hide);
+    m_form.holdSlider->setNumber(times.hold);
     showChecked(*m_form.clipboardCheck, app && app->cfg.leaveInClipboard);
     showChecked(*m_form.loginCheck, app && app->loginItem().isEnabled());
     showChecked(*m_form.boostCheck, !app || app->cfg.boostMic);
@@ -84,20 +86,25 @@ void SettingsDisplay::showPreferences(AppDelegate* app) {
 }
 
 void SettingsDisplay::showPermissions(AppDelegate* app) {
-    m_form.accessibility->setPermLabel(app && app->permissions().accessibilityGranted());
-    m_form.microphone->setPermLabel(app && app->permissions().micGranted());
+    m_form.accStatus->setPermLabel(app && app->permissions().accessibilityGranted());
+    m_form.micStatus->setPermLabel(app && app->permissions().micGranted());
 }
 
 void SettingsDisplay::showModels(AppDelegate* app) {
-    const std::size_t count = std::min(MODELS.size(), m_form.models.size());
+    const std::size_t count = std::min(MODELS.size(), m_form.modelList.size());
     for (std::size_t index = 0; index < count; ++index) {
         const ModelInfo& model = MODELS[index];
-        ModelRow& row = *m_form.models[index];
+        ModelRow& row = *m_form.modelList[index];
         const bool isOnDisk = existingModelPath(model.file).has_value();
         row.setOnDisk(isOnDisk);
         row.setState(stateOf(model, app, isOnDisk));
         row.setProgress(app ? app->models().downloadProgress() : 0);
     }
+}
+
+void SettingsDisplay::updateAnimLabels() {
+    for (TimingRow* const row : {m_form.appear, m_form.hide, m_form.hold})
+        row->showMilliseconds();
 }
 
 // A microphone that is not connected shows as the built-in one and stays configured.

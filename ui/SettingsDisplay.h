@@ -16,6 +16,9 @@ public:
     /// Shows defaults when there is no controller any more.
     void refresh(AppDelegate* app);
 
+    /// Shows the milliseconds that the sliders stand for.
+    void updateAnimLabels();
+
 private:
     void showHotkeys(AppDelegate* app);
     void showStyle(AppDelegate* app);

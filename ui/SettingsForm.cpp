@@ -3,6 +3,7 @@
 
 #include "models/ModelCatalogue.h"
 #include "ui/ChipList.h"
+#include "ui/GlyphText.h"
 #include "ui/ModelRow.h"
 #include "ui/PermissionRow.h"
 #include "ui/PopUpButton.h"
@@ -62,14 +63,22 @@ void describe(QWidget& control, const QString& name, const QString& meaning) {
 }  // namespace
 
 SettingsForm::SettingsForm()
-    : accessibility(new PermissionRow(
+    : accStatus(new PermissionRow(
           {.name = QStringLiteral("Accessibility"),
-           .meaning = QStringLiteral("Seeing your chords and typing into other programs")})),
-      microphone(
-          new PermissionRow({.name = QStringLiteral("Microphone"),
-                             .meaning = QStringLiteral("Recording while you hold a chord")})),
+           .meaning = QStringLiteral(
+               "Seeing your chords and typing into other programs, through the X server"),
+           .settings = QStringLiteral("Opens the desktop's accessibility settings, or where those "
+                                      "cannot help a page that says what to do")})),
+      micStatus(new PermissionRow(
+          {.name = QStringLiteral("Microphone"),
+           .meaning = QStringLiteral("Recording while you hold a chord, through the sound server, "
+                                     "PipeWire or PulseAudio"),
+           .settings = QStringLiteral("Opens the desktop's sound settings, or where there are none "
+                                      "a page that says what to do")})),
       dictateChips(new ChipList(QStringLiteral("Dictate"))),
       enterChips(new ChipList(QStringLiteral("Dictate + Enter"))),
+      dictateAddBtn(dictateChips->addButton()),
+      enterAddBtn(enterChips->addButton()),
       micPopup(new PopUpButton),
       boostCheck(new QCheckBox(QStringLiteral("Boost quiet microphone"))),
       clipboardCheck(new QCheckBox(QStringLiteral("Leave transcript in clipboard"))),
@@ -86,6 +95,12 @@ SettingsForm::SettingsForm()
       hold(new TimingRow({.name = QStringLiteral("Show after release"),
                           .meaning = QStringLiteral("How long the pill stays afterwards")},
                          holdTiming())),
+      appearSlider(appear->slider()),
+      hideSlider(hide->slider()),
+      holdSlider(hold->slider()),
+      appearVal(appear->field()),
+      hideVal(hide->field()),
+      holdVal(hold->field()),
       resetButton(new RoomyButton(QStringLiteral("Reset to defaults"))) {
     auto* grid = new QGridLayout;
     grid->setHorizontalSpacing(columnSpacing);
@@ -107,9 +122,9 @@ SettingsForm::SettingsForm()
 
 void SettingsForm::fillGrid(QGridLayout& grid) {
     const std::pair<const char16_t*, QWidget*> rows[] = {
-        {u"Accessibility", accessibility},
-        {u"Microphone", microphone},
-        {u"Model", modelList()},
+        {u"Accessibility", accStatus},
+        {u"Microphone", micStatus},
+        {u"Model", makeModelList()},
         {u"Dictate", dictateChips},
         {u"Dictate + Enter", enterChips},
         {u"Input device", micPopup},
@@ -150,23 +165,27 @@ void SettingsForm::describeControls() {
              QStringLiteral("Restores all settings after asking"));
 }
 
-QWidget* SettingsForm::modelList() {
+QWidget* SettingsForm::makeModelList() {
     auto* list = new QWidget;
     auto* rows = new QVBoxLayout(list);
     rows->setContentsMargins(0, 0, 0, 0);
     rows->setSpacing(modelSpacing);
     for (const ModelInfo& model : MODELS) {
-        models.push_back(new ModelRow(model));
-        rows->addWidget(models.back());
+        modelList.push_back(new ModelRow(model));
+        rows->addWidget(modelList.back());
     }
     return list;
 }
 
 QWidget* SettingsForm::helpLabel() {
-    auto* help = new QLabel(QStringLiteral(
-        "Hotkeys: add modifier combos (⌥, ⌘⇧, ⌃⌥, Fn…) — any starts dictation; “Dictate + Enter” "
-        "also presses Return. Parakeet auto-detects the language and adds punctuation. "
-        "Microphone: built-in keeps Bluetooth output in high quality. Click a chip to remove it."));
+    const QString combos = displayable(QStringLiteral("⌥, ⌘⇧, ⌃⌥, Fn…"),
+                                       QStringLiteral("Alt, Shift+Super, Ctrl+Alt, Fn…"));
+    auto* help = new QLabel(
+        QStringLiteral("Hotkeys: add modifier combos (") + combos +
+        QStringLiteral(
+            ") — any starts dictation; “Dictate + Enter” also presses Return. Parakeet "
+            "auto-detects the language and adds punctuation. Microphone: built-in keeps Bluetooth "
+            "output in high quality. Click a chip to remove it."));
     new TextLook(help, {.size = 11, .role = TextRole::tertiary});
     help->setWordWrap(true);
     help->setFixedWidth(helpWidth);

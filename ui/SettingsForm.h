@@ -17,17 +17,21 @@ class ChipList;
 class ModelRow;
 class PermissionRow;
 class TimingRow;
+class ValueField;
+class ValueSlider;
 
 /// The controls of the settings window, at their places. They show nothing yet and do nothing.
 class SettingsForm : public FocusDropView {
 public:
     SettingsForm();
 
-    PermissionRow* accessibility;
-    PermissionRow* microphone;
-    std::vector<ModelRow*> models;  ///< one for each in the catalogue, in the same order
+    PermissionRow* accStatus;
+    PermissionRow* micStatus;
+    std::vector<ModelRow*> modelList;  ///< one for each in the catalogue, in the same order
     ChipList* dictateChips;
     ChipList* enterChips;
+    QPushButton* dictateAddBtn;
+    QPushButton* enterAddBtn;
     QComboBox* micPopup;
     QCheckBox* boostCheck;
     QCheckBox* clipboardCheck;
@@ -38,12 +42,18 @@ public:
     TimingRow* appear;
     TimingRow* hide;
     TimingRow* hold;
+    ValueSlider* appearSlider;
+    ValueSlider* hideSlider;
+    ValueSlider* holdSlider;
+    ValueField* appearVal;
+    ValueField* hideVal;
+    ValueField* holdVal;
     QPushButton* resetButton;
 
 private:
     void fillGrid(QGridLayout& grid);
     void describeControls();
-    [[nodiscard]] QWidget* modelList();
+    [[nodiscard]] QWidget* makeModelList();
     [[nodiscard]] static QWidget* helpLabel();
 };
 

@@ -13,14 +13,16 @@
 #include "ui/SettingsForm.h"
 #include "ui/SettingsWindow.h"
 #include "ui/TimingRow.h"
+#include "ui/ValueField.h"
+#include "ui/ValueSlider.h"
 
 #include <QCheckBox>
 #include <QComboBox>
 #include <QPushButton>
 
 #include <algorithm>
-#include <array>
 #include <optional>
+#include <utility>
 
 namespace sayloft {
 
@@ -34,7 +36,8 @@ SettingsWindowController::SettingsWindowController(AppDelegate& theApp)
     connectModels();
     connectPreferences();
     connectTimes();
-    connect(m_window.get(), &SettingsWindow::becameKey, this, &SettingsWindowController::refresh);
+    connect(m_window.get(), &SettingsWindow::becameKey, this,
+            &SettingsWindowController::windowDidBecomeKey);
     refresh();
     m_window->centre();
 }
@@ -52,18 +55,22 @@ void SettingsWindowController::refresh() {
     m_display.refresh(app);
 }
 
+void SettingsWindowController::windowDidBecomeKey() {
+    refresh();
+}
+
 void SettingsWindowController::connectPermissions() {
-    connect(m_form->accessibility, &PermissionRow::openSettings, this,
+    connect(m_form->accStatus, &PermissionRow::openSettings, this,
             &SettingsWindowController::openAcc);
-    connect(m_form->microphone, &PermissionRow::openSettings, this,
+    connect(m_form->micStatus, &PermissionRow::openSettings, this,
             &SettingsWindowController::openMic);
 }
 
 void SettingsWindowController::connectHotkeys() {
-    connect(m_form->dictateChips, &ChipList::addRequested, this,
-            [this] { record(Capturing::dictate); });
-    connect(m_form->enterChips, &ChipList::addRequested, this,
-            [this] { record(Capturing::dictateEnter); });
+    connect(m_form->dictateAddBtn, &QPushButton::clicked, this,
+            &SettingsWindowController::recordDictate);
+    connect(m_form->enterAddBtn, &QPushButton::clicked, this,
+            &SettingsWindowController::recordEnter);
     connect(m_form->dictateChips, &ChipList::removeRequested, this,
             [this](std::int64_t chord) { removeKey(&Config::dictateChords, chord); });
     connect(m_form->enterChips, &ChipList::removeRequested, this,
@@ -71,10 +78,10 @@ void SettingsWindowController::connectHotkeys() {
 }
 
 void SettingsWindowController::connectModels() {
-    for (std::size_t index = 0; index < m_form->models.size(); ++index) {
-        connect(m_form->models[index], &ModelRow::useOrDownload, this,
+    for (std::size_t index = 0; index < m_form->modelList.size(); ++index) {
+        connect(m_form->modelList[index], &ModelRow::useOrDownload, this,
                 [this, index] { useOrDownload(index); });
-        connect(m_form->models[index], &ModelRow::deleteRequested, this,
+        connect(m_form->modelList[index], &ModelRow::deleteRequested, this,
                 [this, index] { deleteModelRow(index); });
     }
 }
@@ -88,18 +95,24 @@ void SettingsWindowController::connectPreferences() {
     connect(m_form->boostCheck, &QCheckBox::toggled, this, &SettingsWindowController::toggleBoost);
     connect(m_form->soundCheck, &QCheckBox::toggled, this, &SettingsWindowController::toggleSound);
     connect(m_form->loginCheck, &QCheckBox::toggled, this, &SettingsWindowController::toggleLogin);
-    connect(m_form->dictBtn, &QPushButton::clicked, this, [this] {
-        if (app)
-            app->openDict();
-    });
+    connect(m_form->dictBtn, &QPushButton::clicked, this,
+            &SettingsWindowController::openDictionary);
     connect(m_form->resetButton, &QPushButton::clicked, this,
             &SettingsWindowController::resetDefaults);
 }
 
 void SettingsWindowController::connectTimes() {
-    for (TimingRow* const row : {m_form->appear, m_form->hide, m_form->hold}) {
-        connect(row, &TimingRow::changed, this, &SettingsWindowController::commitAnim);
-        connect(m_window.get(), &SettingsWindow::closing, row, &TimingRow::endEditing);
+    for (ValueSlider* const slider : {m_form->appearSlider, m_form->hideSlider, m_form->holdSlider})
+        connect(slider, &ValueSlider::numberChanged, this, &SettingsWindowController::changeAnim);
+    const std::pair<ValueField*, TimingRow*> fields[] = {{m_form->appearVal, m_form->appear},
+                                                         {m_form->hideVal, m_form->hide},
+                                                         {m_form->holdVal, m_form->hold}};
+    for (const auto& [field, timing] : fields) {
+        TimingRow& row = *timing;
+        connect(field, &ValueField::entered, this, [this, &row] { editAnimValue(row); });
+        connect(field, &ValueField::editingEnded, this,
+                [this, &row] { controlTextDidEndEditing(row); });
+        connect(m_window.get(), &SettingsWindow::closing, field, &ValueField::endEditing);
     }
 }
 
@@ -118,9 +131,14 @@ void SettingsWindowController::openMic() {
     });
 }
 
-void SettingsWindowController::record(Capturing list) {
+void SettingsWindowController::recordDictate() {
     if (app)
-        app->startCapture(list);
+        app->startCapture(Capturing::dictate);
+}
+
+void SettingsWindowController::recordEnter() {
+    if (app)
+        app->startCapture(Capturing::dictateEnter);
 }
 
 void SettingsWindowController::removeKey(Chords Config::*list, std::int64_t chord) {
@@ -183,16 +201,38 @@ void SettingsWindowController::toggleLogin(bool isOn) {
     refresh();
 }
 
+void SettingsWindowController::openDictionary() {
+    if (app)
+        app->openDict();
+}
+
+void SettingsWindowController::changeAnim() {
+    commitAnim();
+}
+
+void SettingsWindowController::editAnimValue(TimingRow& row) {
+    if (!app)
+        return;
+    row.takeTyped();
+    commitAnim();
+}
+
+void SettingsWindowController::controlTextDidEndEditing(TimingRow& row) {
+    editAnimValue(row);
+}
+
+// All three, so that each is saved as it is shown.
 void SettingsWindowController::commitAnim() {
     if (!app)
         return;
     for (TimingRow* const row : {m_form->appear, m_form->hide, m_form->hold})
         row->snap();
-    app->cfg.animAppear = m_form->appear->number();
-    app->cfg.animHide = m_form->hide->number();
-    app->cfg.holdDuration = m_form->hold->number();
+    app->cfg.animAppear = m_form->appearSlider->number();
+    app->cfg.animHide = m_form->hideSlider->number();
+    app->cfg.holdDuration = m_form->holdSlider->number();
     app->cfg.save();
     app->models().applyOverlayConfig();
+    m_display.updateAnimLabels();
 }
 
 void SettingsWindowController::useOrDownload(std::size_t index) {

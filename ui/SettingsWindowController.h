@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "app/Capturing.h"
 #include "ui/SettingsDisplay.h"
 
 #include <QObject>
@@ -17,6 +16,7 @@ namespace sayloft {
 class AppDelegate;
 class SettingsForm;
 class SettingsWindow;
+class TimingRow;
 struct Config;
 
 /// The window with every preference: shows the configuration as it is, and writes every change back
@@ -38,6 +38,7 @@ public:
 private:
     using Chords = std::vector<std::int64_t>;
 
+    void windowDidBecomeKey();
     void connectPermissions();
     void connectHotkeys();
     void connectModels();
@@ -46,7 +47,8 @@ private:
 
     void openAcc();
     void openMic();
-    void record(Capturing list);
+    void recordDictate();
+    void recordEnter();
     void removeKey(Chords Config::*list, std::int64_t chord);
     void pickMic();
     void pickStyle();
@@ -54,6 +56,10 @@ private:
     void toggleBoost(bool isOn);
     void toggleSound(bool isOn);
     void toggleLogin(bool isOn);
+    void openDictionary();
+    void changeAnim();
+    void editAnimValue(TimingRow& row);
+    void controlTextDidEndEditing(TimingRow& row);
     void commitAnim();
     void useOrDownload(std::size_t index);
     void deleteModelRow(std::size_t index);

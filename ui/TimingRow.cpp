@@ -56,30 +56,19 @@ TimingRow::TimingRow(const Texts& texts, const Timing& timing)
     row->addWidget(m_slider);
     row->addWidget(m_field);
     row->addStretch();
-    connect(m_slider, &ValueSlider::numberChanged, this, &TimingRow::changed);
-    connect(m_field, &ValueField::entered, this, [this] {
-        m_slider->setNumber(m_timing.forMs(typedMilliseconds(m_field->text())));
-        m_field->settle();
-        Q_EMIT changed();
-    });
 }
 
-void TimingRow::setNumber(double number) {
-    m_slider->setNumber(number);
-    m_field->showText(label());
+void TimingRow::takeTyped() {
+    m_slider->setNumber(m_timing.forMs(typedMilliseconds(m_field->text())));
 }
 
 void TimingRow::snap() {
-    m_slider->setNumber(m_timing.snapped(number()));
-    m_field->replaceText(label());
+    m_slider->setNumber(m_timing.snapped(m_slider->number()));
+    m_field->settle();
 }
 
-void TimingRow::endEditing() {
-    m_field->endEditing();
-}
-
-QString TimingRow::label() const {
-    return millisecondsText(m_timing.shownMs(number()));
+void TimingRow::showMilliseconds() {
+    m_field->showText(millisecondsText(m_timing.shownMs(m_slider->number())));
 }
 
 }  // namespace sayloft

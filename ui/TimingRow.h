@@ -27,8 +27,6 @@ struct Timing {
 
 /// A slider with a field beside it that shows the same in milliseconds.
 class TimingRow : public QWidget {
-    Q_OBJECT
-
 public:
     struct Texts {
         QString name;
@@ -37,24 +35,20 @@ public:
 
     TimingRow(const Texts& texts, const Timing& timing);
 
-    [[nodiscard]] double number() const { return m_slider->number(); }
+    [[nodiscard]] ValueSlider* slider() const { return m_slider; }
+    [[nodiscard]] ValueField* field() const { return m_field; }
 
-    /// Shows a number as it is; what the user is typing stays.
-    void setNumber(double number);
+    /// Moves the slider to the milliseconds that have been typed.
+    void takeTyped();
 
-    /// Moves to the number that exactly belongs to the milliseconds shown.
+    /// Moves the slider to the number that exactly belongs to the milliseconds that it stands for.
+    /// Nobody is typing any more.
     void snap();
 
-    /// What has been typed counts.
-    void endEditing();
-
-Q_SIGNALS:
-    /// The user has set another number, which is not snapped yet.
-    void changed();
+    /// Shows in the field what the slider stands for; what the user is typing stays.
+    void showMilliseconds();
 
 private:
-    [[nodiscard]] QString label() const;
-
     Timing m_timing;
     ValueSlider* m_slider;
     ValueField* m_field;

@@ -17,11 +17,8 @@ ValueField::ValueField() {
 }
 
 void ValueField::showText(const QString& newText) {
-    if (!isEdited())
-        replaceText(newText);
-}
-
-void ValueField::replaceText(const QString& newText) {
+    if (isEdited())
+        return;
     if (text() != newText)
         setText(newText);
     settle();
@@ -34,7 +31,7 @@ void ValueField::settle() {
 
 void ValueField::endEditing() {
     if (isEdited())
-        Q_EMIT entered();
+        Q_EMIT editingEnded();
 }
 
 QSize ValueField::sizeHint() const {

@@ -16,9 +16,6 @@ public:
     /// Shows a new text unless the user is typing another one.
     void showText(const QString& text);
 
-    /// Shows a new text instead of whatever is being typed.
-    void replaceText(const QString& text);
-
     /// What is in the field is what it shows; nobody is typing.
     void settle();
 
@@ -29,8 +26,10 @@ public:
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
 Q_SIGNALS:
-    /// Return was pressed, or the field was left with another text in it.
+    /// Return was pressed.
     void entered();
+    /// The field was left with another text in it.
+    void editingEnded();
 
 private:
     /// Whether there is something that was not shown. What assistive technology writes does not

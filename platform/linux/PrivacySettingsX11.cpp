@@ -38,6 +38,12 @@ std::optional<PrivacyPane> paneOf(const QString& anchor) {
     return std::nullopt;
 }
 
+/// Programs of Wayland are out of reach of every X server.
+bool isWaylandSession() {
+    return !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+           qEnvironmentVariable("XDG_SESSION_TYPE") == QStringLiteral("wayland");
+}
+
 /// Opens the page in a web browser. Fails where the desktop knows none, rather than hand the page
 /// to an editor.
 QStringList openInBrowser(const QUrl& page) {
@@ -65,9 +71,16 @@ void PrivacySettingsX11::open(const QUrl& pane) {
     const std::optional<PrivacyPane> wanted = paneOf(pane.query());
     if (!wanted)
         return;
+    if (wanted == PrivacyPane::accessibility && !desktopDecides())
+        return openHelp(QStringLiteral("accessibility"));
     openOneOf(settingsPrograms(*wanted, qEnvironmentVariable("XDG_CURRENT_DESKTOP")),
               *wanted == PrivacyPane::microphone ? QStringLiteral("microphone")
                                                  : QStringLiteral("accessibility"));
+}
+
+// No desktop's settings bring back an extension of the server, or reach programs of Wayland.
+bool PrivacySettingsX11::desktopDecides() const {
+    return accessibilityTrusted() && !isWaylandSession();
 }
 
 void PrivacySettingsX11::openHelp(const QString& section) {

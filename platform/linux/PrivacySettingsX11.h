@@ -11,7 +11,8 @@
 namespace sayloft {
 
 /// X11 lets every program watch and type keys; what can be missing are the server's extensions for
-/// it. The settings are those of the running desktop, or else a page that explains what to do.
+/// it. The settings are those of the running desktop, or else, and where those cannot help, a page
+/// that explains what to do.
 class PrivacySettingsX11 : public PrivacySettings {
 public:
     /// `helpPage` is an HTML file with an anchor for every section.
@@ -22,6 +23,7 @@ public:
     void openHelp(const QString& section) override;
 
 private:
+    [[nodiscard]] bool desktopDecides() const;
     void openOneOf(ProgramChain::Commands settings, const QString& helpSection);
 
     QString m_helpPage;

@@ -16,7 +16,8 @@ const QString window = WindowDesk::onboarding;
 const QString customize = QStringLiteral("Customize hotkeys…");
 const QString download = QStringLiteral("Download model");
 const QString done = QStringLiteral("Done");
-const QString useStarter = QStringLiteral("Use Starter — English, offline, lower accuracy");
+const QString useStarter = QStringLiteral("Use Starter");
+const QString useInSettings = QStringLiteral("Use Starter — English, offline, lower accuracy");
 const QString button = QStringLiteral("push button");
 
 class Onboarding : public testing::Test {
@@ -57,6 +58,7 @@ protected:
 TEST_F(Onboarding, tellsAssistiveTechnologyItsControlsAndTheWayThroughThem) {
     const std::vector<Control> controls{{QStringLiteral("Grant microphone"), button},
                                         {download, button},
+                                        {useStarter, button},
                                         {customize, button},
                                         {done, button}};
     EXPECT_EQ(m_desk.windows().window(window).role(), QStringLiteral("dialog"));
@@ -73,7 +75,7 @@ TEST_F(Onboarding, tellsAssistiveTechnologyItsControlsAndTheWayThroughThem) {
 TEST_F(Onboarding, isWalkedThroughByAssistiveTechnology) {
     m_desk.press(window, customize);
     static_cast<void>(m_desk.windows().window(WindowDesk::settings));
-    m_desk.press(WindowDesk::settings, useStarter);
+    m_desk.press(WindowDesk::settings, useInSettings);
     m_desk.keyboard().tapWith(Key::altLeft, Key::f4);
     EXPECT_TRUE(saysThatTheModelIsReady());
     m_desk.press(window, done);
@@ -82,7 +84,7 @@ TEST_F(Onboarding, isWalkedThroughByAssistiveTechnology) {
 
 TEST_F(Onboarding, isWalkedThroughWithClicks) {
     m_desk.click(window, customize);
-    m_desk.click(WindowDesk::settings, useStarter);
+    m_desk.click(WindowDesk::settings, useInSettings);
     EXPECT_TRUE(m_desk.isSaved("model", "starter"));
     // The sign at the end of the title closes the window.
     const QRect settings = m_desk.windows().window(WindowDesk::settings).place();
@@ -96,7 +98,7 @@ TEST_F(Onboarding, isWalkedThroughWithClicks) {
 TEST_F(Onboarding, isWalkedThroughWithTheKeyboardAlone) {
     m_desk.tabTo(window, customize);
     m_keyboard.tap(Key::space);
-    m_desk.tabTo(WindowDesk::settings, useStarter);
+    m_desk.tabTo(WindowDesk::settings, useInSettings);
     m_keyboard.tap(Key::space);
     EXPECT_TRUE(m_desk.isSaved("model", "starter"));
     m_keyboard.tapWith(Key::controlLeft, Key::w);
@@ -104,6 +106,16 @@ TEST_F(Onboarding, isWalkedThroughWithTheKeyboardAlone) {
     EXPECT_TRUE(saysThatTheModelIsReady());
     m_keyboard.tap(Key::returnKey);
     expectDone();
+}
+
+TEST_F(Onboarding, takesTheStarterModelWithOneClick) {
+    m_desk.click(window, useStarter);
+    EXPECT_TRUE(saysThatTheModelIsReady());
+    EXPECT_EQ(titlesOf(controlsOf(m_desk, window)),
+              (QStringList{QStringLiteral("Grant microphone"), customize, done}));
+    m_keyboard.tap(Key::returnKey);
+    m_desk.windows().waitUntilGone(window);
+    EXPECT_TRUE(m_desk.isSaved("model", "starter"));
 }
 
 }  // namespace

@@ -41,7 +41,7 @@ TEST_F(ChipListTest, showsEveryChordAndThenTheButton) {
     ASSERT_EQ(all.size(), 3U);
     EXPECT_EQ(all[0]->text(), QStringLiteral("⇧⌘  ✕"));
     EXPECT_EQ(all[1]->text(), QStringLiteral("⌃⌥  ✕"));
-    EXPECT_EQ(all[2], &m_list.addButton());
+    EXPECT_EQ(all[2], m_list.addButton());
 }
 
 TEST_F(ChipListTest, namesTheKeysOfAChip) {
@@ -92,7 +92,7 @@ TEST_F(ChipListTest, movesTheFocusToTheNextChipWhenOneGoes) {
     m_list.setChords({1, 4});
     EXPECT_TRUE(buttons()[1]->hasFocus());
     m_list.setChords({1});
-    EXPECT_TRUE(m_list.addButton().hasFocus());
+    EXPECT_TRUE(m_list.addButton()->hasFocus());
 }
 
 TEST_F(ChipListTest, isWalkedThroughInItsOrder) {
@@ -109,16 +109,27 @@ TEST_F(ChipListTest, isWalkedThroughInItsOrder) {
 
 TEST_F(ChipListTest, saysWhichListIsBeingRecorded) {
     m_list.setCapture(ChipList::Capture::here);
-    EXPECT_EQ(m_list.addButton().text(), QStringLiteral("Press a combo…"));
-    EXPECT_TRUE(m_list.addButton().isEnabled());
+    EXPECT_EQ(m_list.addButton()->text(), QStringLiteral("Press a combo…"));
+    EXPECT_TRUE(m_list.addButton()->isEnabled());
     m_list.setCapture(ChipList::Capture::elsewhere);
-    EXPECT_TRUE(m_list.addButton().text().endsWith(QStringLiteral(" Add combo")));
-    EXPECT_FALSE(m_list.addButton().isEnabled());
+    EXPECT_TRUE(m_list.addButton()->text().endsWith(QStringLiteral(" Add combo")));
+    EXPECT_FALSE(m_list.addButton()->isEnabled());
+}
+
+TEST_F(ChipListTest, saysWhyNothingCanBeAddedWhileTheOtherListIsBeingRecorded) {
+    const QString usual = m_list.addButton()->accessibleDescription();
+    EXPECT_TRUE(m_list.addButton()->toolTip().isEmpty());
+    m_list.setCapture(ChipList::Capture::elsewhere);
+    EXPECT_TRUE(m_list.addButton()->toolTip().contains(QStringLiteral("other list")));
+    EXPECT_EQ(m_list.addButton()->accessibleDescription(), m_list.addButton()->toolTip());
+    m_list.setCapture(ChipList::Capture::none);
+    EXPECT_TRUE(m_list.addButton()->toolTip().isEmpty());
+    EXPECT_EQ(m_list.addButton()->accessibleDescription(), usual);
 }
 
 TEST_F(ChipListTest, wrapsManyChords) {
     m_list.setChords({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12});
-    EXPECT_GT(m_list.heightForWidth(400), 2 * m_list.addButton().sizeHint().height());
+    EXPECT_GT(m_list.heightForWidth(400), 2 * m_list.addButton()->sizeHint().height());
     EXPECT_LE(m_list.minimumSizeHint().width(), 400);
 }
 

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QRawFont>
 
 #include <gtest/gtest.h>
 
@@ -22,6 +23,13 @@ TEST(GlyphText, isTheTextItselfWhereTheFontsHaveAllOfIt) {
     const QFont font = QApplication::font();
     EXPECT_EQ(displayable(plain, QStringLiteral("plainer"), font), plain);
     EXPECT_EQ(displayable(wide, plain, font) == wide, QFontMetrics(font).inFont(QChar(0xFF0B)));
+}
+
+TEST(GlyphText, isTheTextItselfWhereAnotherFontHelpsOut) {
+    const QString tick = QStringLiteral("✓ Ready");
+    const QFont serif(QStringLiteral("DejaVu Serif"));
+    ASSERT_FALSE(QRawFont::fromFont(serif).supportsCharacter(QChar(0x2713)));
+    EXPECT_EQ(displayable(tick, plain, serif), tick);
 }
 
 TEST(GlyphText, isThePlainerOneForASignThatNoFontHas) {

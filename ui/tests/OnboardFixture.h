@@ -47,6 +47,7 @@ protected:
     [[nodiscard]] QPushButton* mic() const { return button("Grant microphone"); }
     [[nodiscard]] QPushButton* acc() const { return button("Grant accessibility"); }
     [[nodiscard]] QPushButton* model() const { return button("Download model"); }
+    [[nodiscard]] QPushButton* starter() const { return button("Use Starter"); }
     [[nodiscard]] QPushButton* hotkeys() const { return button("Customize hotkeys…"); }
     [[nodiscard]] QPushButton* done() const { return button("Done"); }
 

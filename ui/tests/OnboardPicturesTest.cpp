@@ -11,7 +11,7 @@ namespace sayloft {
 namespace {
 
 enum class Missing { nothing, permissions, tray };
-enum class Model { there, downloading };
+enum class Model { there, downloading, starterOffered };
 
 struct Picture {
     const char* name;
@@ -33,10 +33,14 @@ protected:
             provideModel();
         else
             catalogue.serve(QStringLiteral("multilingual"), QByteArray(800'000, 'm'));
+        if (GetParam().model == Model::starterOffered)
+            provideModel(QStringLiteral("starter"));
     }
 
+    [[nodiscard]] static bool downloads() { return GetParam().model != Model::there; }
+
     [[nodiscard]] bool isArranged() const {
-        if (GetParam().model == Model::downloading)
+        if (downloads())
             return delegate->models().downloading() && delegate->models().downloadProgress() > 0.3;
         return GetParam().missing != Missing::tray || delegate->trayMissing();
     }
@@ -53,7 +57,8 @@ TEST_P(OnboardPictures, cutNoControl) {
     ASSERT_TRUE(test::waitUntil([this] { return isArranged(); }, std::chrono::seconds(20)));
     controller().refresh();
     QApplication::processEvents();
-    ASSERT_EQ(delegate->models().downloading(), GetParam().model == Model::downloading);
+    ASSERT_EQ(delegate->models().downloading(), downloads());
+    ASSERT_EQ(starter()->isVisible(), GetParam().model == Model::starterOffered);
     test::takePicture(window(), QStringLiteral("onboarding-") + QLatin1String(GetParam().name),
                       GetParam().scale);
     EXPECT_EQ(test::cutControls(window()), QStringList());
@@ -72,6 +77,12 @@ INSTANTIATE_TEST_SUITE_P(
                             1,
                             Missing::permissions,
                             Model::downloading},
+                    Picture{"starter", {}, 1, Missing::nothing, Model::starterOffered},
+                    Picture{"large-font-starter",
+                            {.isDark = true, .fontScale = 2},
+                            1,
+                            Missing::permissions,
+                            Model::starterOffered},
                     Picture{"no-tray", {}, 1, Missing::tray},
                     Picture{"no-tray-dark", {.isDark = true}, 1, Missing::tray}),
     [](const auto& row) {

@@ -57,6 +57,15 @@ TEST_F(OnboardWindow, hasItsTextsAndItsPlace) {
     EXPECT_EQ(hotkeys()->text(), QStringLiteral("Customize…"));
 }
 
+TEST_F(OnboardWindow, isNoWiderThanItsColumnsNeed) {
+    open();
+    const QList<QPushButton*> buttons{mic(), acc(), model(), hotkeys()};
+    int widest = 0;
+    for (const QPushButton* each : buttons)
+        widest = std::max(widest, each->sizeHint().width());
+    EXPECT_EQ(window().width(), std::max(480, 24 + 130 + 14 + 210 + 14 + widest + 24));
+}
+
 TEST_F(OnboardWindow, opensInTheMiddleOfTheScreen) {
     open();
     const QPoint middle = window().screen()->availableGeometry().center();
@@ -235,7 +244,7 @@ TEST_F(OnboardWindow, namesAndDescribesEveryButtonDifferently) {
         EXPECT_TRUE(each->accessibleName().startsWith(each->text().chopped(1)));
         names << each->accessibleName();
     }
-    EXPECT_EQ(names.size(), 5);
+    EXPECT_EQ(names.size(), 6);
     EXPECT_EQ(names.removeDuplicates(), 0);
 }
 

@@ -153,9 +153,12 @@ TEST_F(SettingsModels, thatComeWithTheProgramCannotBeDeleted) {
     EXPECT_FALSE(isVisible(named("Delete", starter)));
 }
 
-TEST_F(SettingsModels, thatShouldHaveComeWithTheProgramCannotBeDownloaded) {
+TEST_F(SettingsModels, thatShouldHaveComeWithTheProgramCannotBeDownloadedAndSayWhy) {
     open();
-    EXPECT_FALSE(get<QPushButton>(named("Download", starter)).isEnabled());
+    const auto& download = get<QPushButton>(named("Download", starter));
+    EXPECT_FALSE(download.isEnabled());
+    EXPECT_TRUE(download.toolTip().contains(QStringLiteral("comes with Sayloft")));
+    EXPECT_EQ(download.accessibleDescription(), download.toolTip());
 }
 
 TEST_F(SettingsModels, thatNobodyKnowsAreKept) {

@@ -9,6 +9,7 @@
 #include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QtTest>
@@ -20,6 +21,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 const QString inputDevice = QStringLiteral("Input device");
@@ -196,6 +198,18 @@ TEST_F(SettingsPreferences, sayWhatIsGrantedOnceTheWindowComesBack) {
     window->activateWindow();
     EXPECT_TRUE(
         test::waitUntil([this] { return isVisible(QStringLiteral("Accessibility: Granted")); }));
+}
+
+TEST_F(SettingsPreferences, sayWhatThePermissionsAreHere) {
+    open();
+    const auto& keyboard = get<QLabel>(QStringLiteral("Accessibility: Granted"));
+    const auto& microphone = get<QLabel>(QStringLiteral("Microphone: Granted"));
+    for (const QString& text : {keyboard.toolTip(), keyboard.accessibleDescription()})
+        EXPECT_THAT(text.toStdString(), HasSubstr("X server"));
+    for (const QString& text : {microphone.toolTip(), microphone.accessibleDescription()}) {
+        EXPECT_THAT(text.toStdString(), HasSubstr("PipeWire"));
+        EXPECT_THAT(text.toStdString(), HasSubstr("PulseAudio"));
+    }
 }
 
 TEST_F(SettingsPreferences, openTheSettingsOfTheSystem) {
