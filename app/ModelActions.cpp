@@ -109,8 +109,7 @@ void ModelActions::setModel(const QString& key, std::function<void()> then) {
 }
 
 void ModelActions::deleteModel(const QString& key) {
-    // An unknown key stands for the first model, so the keys alone do not tell.
-    if (modelInfo(key).key == modelInfo(m_parts.cfg.model).key || isBundled(key))
+    if (key == m_parts.cfg.model || isBundled(key))
         return;
     if (const auto aside = putAside(modelPath(modelInfo(key).file)))
         m_parts.downloader.remove({*aside});
