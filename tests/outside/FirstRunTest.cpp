@@ -4,11 +4,9 @@
 #include "tests/endtoend/DictationDesk.h"
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/AccessibleTree.h"
-#include "tests/support/WaitUntil.h"
 
 #include <QTemporaryDir>
 
-#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -28,20 +26,12 @@ protected:
     ~FirstRun() override { qunsetenv("https_proxy"); }
 
     void press(const QString& window, const char* title) const {
-        const AccessibleObject control = m_windows.control(window, QString::fromUtf8(title));
-        control.act(control.actions().value(0));
+        m_windows.press(window, QString::fromUtf8(title));
     }
 
     /// What the first window says of a step.
     [[nodiscard]] bool says(const char* step, const char* state) const {
-        return waitUntil([&] {
-            const auto window = m_windows.findWindow(welcome);
-            const auto label = window ? window->find([&](const AccessibleObject& each) {
-                return each.description() == QLatin1String(step);
-            })
-                                      : std::nullopt;
-            return label && label->name() == QString::fromUtf8(state);
-        });
+        return m_windows.says(welcome, QString::fromUtf8(step), QString::fromUtf8(state));
     }
 
     void expectDictation(const std::string& words) {

@@ -3,6 +3,7 @@
 
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/AccessibleTree.h"
+#include "tests/support/ChildProgram.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
 #include "tests/support/SoundServer.h"
@@ -13,12 +14,14 @@
 
 #include <nlohmann/json.hpp>
 
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace sayloft::test {
 
@@ -31,7 +34,7 @@ public:
     static inline const QString dictionary = QStringLiteral("Dictionary");
     static inline const QString onboarding = QStringLiteral("Welcome to Sayloft");
 
-    WindowDesk();
+    explicit WindowDesk(const XServer::Options& screen = {});
 
     /// Without it there is no sound server.
     void plugInSound() { m_room.emplace(); }
@@ -39,6 +42,13 @@ public:
 
     /// As if it had been downloaded, but that nobody can transcribe with it.
     void provideModel(const QString& file) const;
+
+    /// What the program's environment says beside what every desktop says.
+    void setVariable(const QString& name, const QString& value) { m_variables.insert(name, value); }
+    /// Starts another program of this desktop, which it finds in the PATH.
+    void startProgram(const QString& program);
+    /// Waits until a window of another program is on the screen.
+    [[nodiscard]] bool appears(const QString& windowClass) const;
 
     /// Starts the program; an empty configuration is none.
     void startSayloft(const QByteArray& configuration = R"({"model":"starter"})");
@@ -55,8 +65,9 @@ public:
         return m_windows.control(window, title);
     }
 
-    /// Does with a button or a check box what assistive technology does.
-    void press(const QString& window, const QString& title) const;
+    void press(const QString& window, const QString& title) const {
+        m_windows.press(window, title);
+    }
     void click(const QString& window, const QString& title);
     /// Waits until the field has the keyboard: window managers look at a click before they pass it
     /// on, and keys would overtake it.
@@ -82,6 +93,7 @@ private:
     [[nodiscard]] QProcessEnvironment environment() const;
 
     QTemporaryDir m_directory;
+    QProcessEnvironment m_variables;
     XServer m_display;
     WindowManager m_windowManager{m_display};
     SessionBus m_bus;
@@ -90,6 +102,7 @@ private:
     TestKeyboard m_keyboard;
     TestPointer m_pointer;
     std::optional<SoundServer> m_room;
+    std::vector<std::unique_ptr<ChildProgram>> m_programs;
     std::unique_ptr<SayloftProgram> m_sayloft;
 };
 
