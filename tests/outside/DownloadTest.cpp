@@ -26,10 +26,7 @@ class Downloads : public testing::Test {
 protected:
     explicit Downloads(const char* model)
         : m_key(QString::fromLatin1(model)), m_host(m_key, QByteArray(size, 'm'), limits) {
-        QProcessEnvironment network;
-        m_host.addTo(network);
-        for (const QString& name : network.keys())
-            m_desk.setVariable(name, network.value(name));
+        m_desk.connectTo(m_host);
     }
 
     [[nodiscard]] bool hasEnded(const char* result) {

@@ -4,6 +4,7 @@
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/AccessibleTree.h"
 #include "tests/support/ChildProgram.h"
+#include "tests/support/ModelHost.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
 #include "tests/support/SoundServer.h"
@@ -26,8 +27,8 @@
 namespace sayloft::test {
 
 /// The real program on a desktop of its own, and its user: with keys, with a mouse, or with
-/// assistive technology. No network. Functions throw std::runtime_error when what they wait for
-/// does not come.
+/// assistive technology. Functions throw std::runtime_error when what they wait for does not
+/// come.
 class WindowDesk {
 public:
     static inline const QString settings = QStringLiteral("Sayloft Settings");
@@ -42,6 +43,9 @@ public:
 
     /// As if it had been downloaded, but that nobody can transcribe with it.
     void provideModel(const QString& file) const;
+
+    /// As if this were the network, which it has not otherwise.
+    void connectTo(const ModelHost& host) { host.addTo(m_variables); }
 
     /// What the program's environment says beside what every desktop says.
     void setVariable(const QString& name, const QString& value) { m_variables.insert(name, value); }
@@ -82,6 +86,7 @@ public:
     [[nodiscard]] TestKeyboard& keyboard() { return m_keyboard; }
     [[nodiscard]] TestPointer& pointer() { return m_pointer; }
     [[nodiscard]] const XServer& display() const { return m_display; }
+    [[nodiscard]] const SessionBus& bus() const { return m_bus; }
 
     /// What config.json says on the disk; null as long as there is none.
     [[nodiscard]] nlohmann::json config() const;
