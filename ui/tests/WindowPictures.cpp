@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/tests/WindowPictures.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPixmap>
-#include <QScrollArea>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -26,24 +23,6 @@ QPalette darkPalette() {
     for (const auto role : {QPalette::Text, QPalette::ButtonText, QPalette::WindowText})
         palette.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x80));
     return palette;
-}
-
-bool isInScrolledContent(const QWidget* widget) {
-    for (; widget != nullptr; widget = widget->parentWidget()) {
-        if (qobject_cast<const QScrollArea*>(widget->parentWidget()) != nullptr)
-            return true;
-    }
-    return false;
-}
-
-bool isCut(const QWidget& control, const QWidget& window) {
-    const QSize needed = control.minimumSizeHint();
-    if (control.width() < needed.width() || control.height() < needed.height())
-        return true;
-    const QRect place(control.mapTo(&window, QPoint()), control.size());
-    if (place.left() < 0 || place.right() >= window.width())
-        return true;
-    return !isInScrolledContent(&control) && (place.top() < 0 || place.bottom() >= window.height());
 }
 
 }  // namespace
@@ -74,21 +53,6 @@ void takePicture(QWidget& window, const QString& name, double scale) {
     window.render(&picture);
     ASSERT_TRUE(QDir().mkpath(QStringLiteral(SAYLOFT_PICTURES)));
     ASSERT_TRUE(picture.save(QStringLiteral(SAYLOFT_PICTURES "/%1.png").arg(name)));
-}
-
-QStringList cutControls(const QWidget& window) {
-    QStringList cut;
-    const auto look = [&](const QWidget& control, const QString& text) {
-        if (control.isVisible() && isCut(control, window))
-            cut << text;
-    };
-    for (const QLabel* label : window.findChildren<QLabel*>())
-        look(*label, label->text());
-    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>())
-        look(*button, button->text());
-    for (const QLineEdit* field : window.findChildren<QLineEdit*>())
-        look(*field, field->placeholderText());
-    return cut;
 }
 
 }  // namespace sayloft::test

@@ -4,7 +4,6 @@
 #include <QFont>
 #include <QPalette>
 #include <QString>
-#include <QStringList>
 
 class QWidget;
 
@@ -31,8 +30,5 @@ private:
 
 /// Writes the window as it is, at a scale of the screen, to the folder of the pictures.
 void takePicture(QWidget& window, const QString& name, double scale = 1);
-
-/// The controls in sight that have less room than they need, or reach out of the window.
-[[nodiscard]] QStringList cutControls(const QWidget& window);
 
 }  // namespace sayloft::test
