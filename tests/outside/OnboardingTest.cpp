@@ -17,7 +17,7 @@ const QString customize = QStringLiteral("Customize hotkeys…");
 const QString download = QStringLiteral("Download model");
 const QString done = QStringLiteral("Done");
 const QString useStarter = QStringLiteral("Use Starter — English, offline, lower accuracy");
-const QString button = QStringLiteral("push button");
+using roles::button;
 
 class Onboarding : public testing::Test {
 protected:

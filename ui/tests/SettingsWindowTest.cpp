@@ -6,6 +6,7 @@
 #include "ui/SettingsWindowController.h"
 #include "ui/TimingRow.h"
 #include "ui/tests/CutControls.h"
+#include "ui/tests/KeptLook.h"
 #include "ui/tests/SettingsFixture.h"
 
 #include <QApplication>
@@ -30,13 +31,7 @@ using namespace std::chrono_literals;
 
 class SettingsWindowTest : public SettingsFixture {
 protected:
-    ~SettingsWindowTest() override { QApplication::setFont(m_font); }
-
-    static void useFontOf(double factor) {
-        QFont font = QApplication::font();
-        font.setPointSizeF(font.pointSizeF() * factor);
-        QApplication::setFont(font);
-    }
+    void useFontOf(double factor) const { m_before.useFontOf(factor); }
 
     [[nodiscard]] std::vector<QWidget*> visibleControls() const {
         std::vector<QWidget*> controls;
@@ -52,7 +47,7 @@ protected:
 
     [[nodiscard]] QStringList clipped() const { return test::cutControls(*window); }
 
-    const QFont m_font = QApplication::font();
+    const test::KeptLook m_before;
 };
 
 TEST_F(SettingsWindowTest, hasItsTitleAndSize) {

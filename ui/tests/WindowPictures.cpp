@@ -27,14 +27,9 @@ QPalette darkPalette() {
 
 }  // namespace
 
-DesktopLooks::DesktopLooks(const DesktopLook& look)
-    : m_font(QApplication::font()),
-      m_palette(QApplication::palette()),
-      m_style(QApplication::style()->name()) {
+DesktopLooks::DesktopLooks(const DesktopLook& look) : m_style(QApplication::style()->name()) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QFont font = m_font;
-    font.setPointSizeF(font.pointSizeF() * look.fontScale);
-    QApplication::setFont(font);
+    m_before.useFontOf(look.fontScale);
     QApplication::setPalette(look.isDark ? darkPalette()
                                          : QApplication::style()->standardPalette());
     QApplication::processEvents();
@@ -42,9 +37,6 @@ DesktopLooks::DesktopLooks(const DesktopLook& look)
 
 DesktopLooks::~DesktopLooks() {
     QApplication::setStyle(m_style);
-    QApplication::setFont(m_font);
-    QApplication::setPalette(m_palette);
-    QApplication::processEvents();
 }
 
 void takePicture(QWidget& window, const QString& name, double scale) {

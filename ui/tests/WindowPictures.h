@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFont>
-#include <QPalette>
+#include "ui/tests/KeptLook.h"
+
 #include <QString>
 
 class QWidget;
@@ -23,8 +23,7 @@ public:
     DesktopLooks& operator=(const DesktopLooks&) = delete;
 
 private:
-    const QFont m_font;
-    const QPalette m_palette;
+    const KeptLook m_before;
     const QString m_style;
 };
 
