@@ -168,6 +168,9 @@ void takeDownload(const Look& look, const QString& folder) {
 /// What the panel says when the mouse rests on the item, while there is no sound server.
 void takeTooltip(TrayHostKind kind, const QString& file) {
     WindowDesk desk;
+    desk.setVariable(QStringLiteral("XDG_CURRENT_DESKTOP"), kind == TrayHostKind::lxqtPanel
+                                                                ? QStringLiteral("LXQt")
+                                                                : QStringLiteral("XFCE"));
     const TrayHost panel(kind, desk.display(), desk.bus());
     desk.startSayloft();
     const TrayClient client(desk.bus());
@@ -177,10 +180,8 @@ void takeTooltip(TrayHostKind kind, const QString& file) {
     if (!waitUntil(saysWhy, 30s))
         throw std::runtime_error("the item does not say that there is no sound server");
     // Panels look at movements.
-    for (const char* place : {"640 400", "1250 16", "1264 15"}) {
-        run(QStringLiteral("xdotool"),
-            QStringLiteral("mousemove %1").arg(QLatin1String(place)).split(QLatin1Char(' ')), {},
-            desk.display().environment());
+    for (const QPoint place : {QPoint(640, 400), QPoint(1250, 16), QPoint(1264, 15)}) {
+        desk.pointer().moveTo(place);
         turnEventLoopFor(1s);
     }
     turnEventLoopFor(2s);
