@@ -10,7 +10,7 @@ namespace sayloft::test {
 /// Gives the application its font and colours back when it goes.
 class KeptLook {
 public:
-    KeptLook() = default;
+    KeptLook() : m_font(QApplication::font()), m_palette(QApplication::palette()) {}
     ~KeptLook() {
         QApplication::setFont(m_font);
         QApplication::setPalette(m_palette);
@@ -29,8 +29,8 @@ public:
     }
 
 private:
-    const QFont m_font = QApplication::font();
-    const QPalette m_palette = QApplication::palette();
+    const QFont m_font;
+    const QPalette m_palette;
 };
 
 }  // namespace sayloft::test
