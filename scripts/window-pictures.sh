@@ -8,8 +8,7 @@ pictures=$(dirname "$(realpath "$0")")/../docs/pictures
 folder=$(mktemp -d "${TMPDIR:-/tmp}/sayloft-windows-XXXXXX")
 trap 'rm -rf "$folder"' EXIT
 
-"$1/ui/tests/settings_pictures" "$folder"
 "$1/ui/tests/ui_pictures" >"$folder/log" || { cat "$folder/log" >&2; exit 1; }
-convert "$folder/settings-light-two-models.png" -strip "$pictures/settings.png"
+convert "$1/pictures/settings-two-models-light.png" -strip "$pictures/settings.png"
 convert "$1/pictures/onboarding-starter.png" -strip "$pictures/onboarding.png"
 convert "$1/pictures/dictionary-light.png" -strip "$pictures/dictionary.png"

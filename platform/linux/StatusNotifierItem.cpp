@@ -1,9 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include "platform/linux/StatusNotifierItem.h"
 
+#include <QStringList>
+
 #include <utility>
 
 namespace sayloft {
+namespace {
+
+// WORKAROUND: of a tooltip, lxqt-panel 1.2 shows the title and not the text.
+bool showsTitlesOnly() {
+    return qEnvironmentVariable("XDG_CURRENT_DESKTOP")
+        .split(QLatin1Char(':'))
+        .contains(QStringLiteral("LXQt"), Qt::CaseInsensitive);
+}
+
+}  // namespace
 
 StatusNotifierItem::StatusNotifierItem(QString iconThemePath, QDBusObjectPath menu)
     : m_iconThemePath(std::move(iconThemePath)), m_menu(std::move(menu)) {
@@ -32,6 +44,8 @@ QString StatusNotifierItem::title() const {
 }
 
 statusnotifier::ToolTip StatusNotifierItem::toolTip() const {
+    if (showsTitlesOnly())
+        return {.iconName = {}, .iconPixmap = {}, .title = title(), .text = {}};
     return {.iconName = {}, .iconPixmap = {}, .title = m_title, .text = m_reason};
 }
 

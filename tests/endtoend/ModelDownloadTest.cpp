@@ -3,18 +3,15 @@
 // There stands an nginx of the test, to which a proxy leads, with a certificate for those hosts.
 #include "models/ModelCatalogue.h"
 #include "models/PartialFile.h"
-#include "tests/support/ConnectProxy.h"
-#include "tests/support/Nginx.h"
+#include "tests/support/ModelHost.h"
 #include "tests/support/RawHttpServer.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 #include "tests/support/XServer.h"
 
-#include <QCryptographicHash>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QUrl>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -30,9 +27,6 @@ using namespace std::chrono_literals;
 using testing::ElementsAre;
 
 const QString key = QStringLiteral("english");
-/// Where the catalogue's host sends us for the file.
-constexpr const char* storage = "storage.example";
-
 /// A model by which the stand-in for the helper serves.
 QByteArray modelBytes() {
     QByteArray bytes = "serve\n";
@@ -45,26 +39,14 @@ QByteArray modelBytes() {
 class ModelDownload : public testing::Test {
 protected:
     ModelDownload() {
-        m_nginx.serve(QStringLiteral("/model"), m_model);
+        m_host.offer();
         test::writeConfig(home(), R"({"model":")" + key.toUtf8() + R"("})");
-        for (const char* variable : {"DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR", "no_proxy",
-                                     "NO_PROXY", "all_proxy", "ALL_PROXY", "HTTPS_PROXY"})
+        for (const char* variable : {"DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR"})
             m_environment.remove(QString::fromLatin1(variable));
-        m_environment.insert(QStringLiteral("SSL_CERT_FILE"), m_nginx.authority());
+        m_host.addTo(m_environment);
     }
 
-    /// The file on its host, which is slow after the first megabyte.
-    [[nodiscard]] QByteArray locations() const {
-        const QByteArray digest =
-            QCryptographicHash::hash(m_model, QCryptographicHash::Sha256).toHex();
-        return "location = " + m_address.path().toUtf8() + " { add_header X-Linked-ETag '\"" +
-               digest + "\"' always; add_header X-Linked-Size " +
-               QByteArray::number(m_model.size()) + " always; return 302 https://" + storage +
-               "/model; } location = /model { limit_rate 400k; limit_rate_after 1m; }";
-    }
-
-    void startSayloft(const QString& proxy) {
-        m_environment.insert(QStringLiteral("https_proxy"), proxy);
+    void startSayloft() {
         m_sayloft = std::make_unique<test::SayloftProgram>(home(), m_environment, m_bundle);
     }
 
@@ -78,20 +60,17 @@ protected:
     }
     [[nodiscard]] QByteArray part() const { return test::readFile(file() + PartialFile::suffix); }
 
-    const QByteArray m_model = modelBytes();
-    const QUrl m_address{modelInfo(key).url};
     const QTemporaryDir m_directory;
     const test::XServer m_display;
-    const test::Nginx m_nginx{
-        locations(), test::Nginx::Scheme::https, {m_address.host(), QString::fromLatin1(storage)}};
-    const test::ConnectProxy m_proxy{m_nginx.port()};
+    const test::ModelHost m_host{key, modelBytes(), "limit_rate 400k; limit_rate_after 1m;"};
+    const QByteArray& m_model = m_host.content();
     const QString m_bundle = test::bundleWithForeignHelper(m_directory.path());
     QProcessEnvironment m_environment = m_display.environment();
     std::unique_ptr<test::SayloftProgram> m_sayloft;
 };
 
 TEST_F(ModelDownload, goesOnWhereItWasAfterTheProgramWasKilled) {
-    startSayloft(m_proxy.url());
+    startSayloft();
     ASSERT_TRUE(test::waitUntil([this] { return part().size() > 1'200'000; }))
         << m_sayloft->log().toStdString();
     m_sayloft->program().signal(SIGKILL);
@@ -101,27 +80,29 @@ TEST_F(ModelDownload, goesOnWhereItWasAfterTheProgramWasKilled) {
     EXPECT_EQ(there, m_model.left(there.size()));
     EXPECT_FALSE(QFileInfo::exists(file()));
 
-    startSayloft(m_proxy.url());
+    startSayloft();
     ASSERT_TRUE(logged(QStringLiteral(": ok"))) << m_sayloft->log().toStdString();
     EXPECT_EQ(test::readFile(file()), m_model);
     const QByteArray rest = QByteArray::number(m_model.size() - there.size());
     const QByteArray range = "bytes=" + QByteArray::number(there.size()) + '-';
-    EXPECT_EQ(m_nginx.requests(4).back(),
-              "206 " + rest + ' ' + range + ' ' + m_nginx.etag(QStringLiteral("/model")));
+    EXPECT_EQ(m_host.nginx().requests(4).back(),
+              "206 " + rest + ' ' + range + ' ' + m_host.nginx().etag(test::ModelHost::path()));
     EXPECT_TRUE(m_sayloft->waitForHelper());
     EXPECT_TRUE(test::readFile(file() + QStringLiteral(".log")).contains(file().toUtf8()));
 }
 
 TEST_F(ModelDownload, goesThroughTheProxyToEveryHost) {
-    startSayloft(m_proxy.url());
+    startSayloft();
     ASSERT_TRUE(logged(QStringLiteral(": ok"))) << m_sayloft->log().toStdString();
-    EXPECT_THAT(m_proxy.asked(),
-                ElementsAre(m_address.host().toUtf8() + ":443", QByteArray(storage) + ":443"));
+    EXPECT_THAT(m_host.proxy().asked(), ElementsAre(m_host.host().toUtf8() + ":443",
+                                                    QByteArray(test::ModelHost::storage) + ":443"));
 }
 
 TEST_F(ModelDownload, failsWithTheReasonWhereTheProxyRefuses) {
     const test::RawHttpServer proxy({test::RawAnswer::status(403)});
-    startSayloft(QStringLiteral("http://127.0.0.1:%1").arg(proxy.port()));
+    m_environment.insert(QStringLiteral("https_proxy"),
+                         QStringLiteral("http://127.0.0.1:%1").arg(proxy.port()));
+    startSayloft();
     ASSERT_TRUE(logged(QStringLiteral(": FAILED")));
     EXPECT_TRUE(m_sayloft->log().contains(
         QStringLiteral("download error: CONNECT tunnel failed, response 403\n")))
@@ -132,7 +113,7 @@ TEST_F(ModelDownload, failsWithTheReasonWhereTheProxyRefuses) {
 
 TEST_F(ModelDownload, failsWithTheReasonWhereTheCertificateIsNotTrusted) {
     m_environment.remove(QStringLiteral("SSL_CERT_FILE"));
-    startSayloft(m_proxy.url());
+    startSayloft();
     ASSERT_TRUE(logged(QStringLiteral(": FAILED")));
     EXPECT_TRUE(
         m_sayloft->log().contains(QStringLiteral("download error: SSL certificate problem")))

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The settings window by assistive technology.
 #include "tests/outside/Controls.h"
+#include "tests/outside/SettingsOnDesk.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QFile>
@@ -15,12 +16,13 @@ namespace {
 
 using State = AccessibleObject::State;
 
+using roles::button;
+using roles::checkBox;
+using roles::comboBox;
+using roles::field;
+using roles::slider;
+
 const QString window = WindowDesk::settings;
-const QString button = QStringLiteral("push button");
-const QString checkBox = QStringLiteral("check box");
-const QString comboBox = QStringLiteral("combo box");
-const QString slider = QStringLiteral("slider");
-const QString field = QStringLiteral("text");
 
 const QString multilingualFile = QStringLiteral("parakeet-tdt-0.6b-v3-f16.gguf");
 const QString englishFile = QStringLiteral("parakeet-tdt-0.6b-v2-f16.gguf");
@@ -53,21 +55,7 @@ const std::vector<Control> controls{
     {QStringLiteral("Reset to defaults"), button},
 };
 
-class AssistiveSettings : public testing::Test {
-protected:
-    void open(const QByteArray& configuration = R"({"model":"starter"})") {
-        m_desk.startSayloft(configuration);
-        m_desk.openSettings();
-    }
-
-    void press(const QString& title) const { m_desk.press(window, title); }
-
-    [[nodiscard]] AccessibleObject control(const QString& title) const {
-        return m_desk.control(window, title);
-    }
-
-    WindowDesk m_desk;
-};
+class AssistiveSettings : public SettingsOnDesk {};
 
 TEST_F(AssistiveSettings, hasItsControlsInTheOrderOfTheWindow) {
     m_desk.provideModel(englishFile);
@@ -131,10 +119,7 @@ TEST_F(AssistiveSettings, choosesAStyle) {
 }
 
 TEST_F(AssistiveSettings, choosesAMicrophone) {
-    m_desk.plugInSound();
-    m_desk.room().addMicrophone(QStringLiteral("headset"),
-                                {{QStringLiteral("device.description"), QStringLiteral("Headset")},
-                                 {QStringLiteral("device.bus"), QStringLiteral("usb")}});
+    plugInHeadset();
     open();
     const QString title = QStringLiteral("Input device");
     EXPECT_EQ(control(title).name(), QStringLiteral("Built-in mic (recommended)"));

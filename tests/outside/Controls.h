@@ -13,6 +13,15 @@
 
 namespace sayloft::test {
 
+/// The roles of controls.
+namespace roles {
+inline const QString button = QStringLiteral("push button");
+inline const QString checkBox = QStringLiteral("check box");
+inline const QString comboBox = QStringLiteral("combo box");
+inline const QString slider = QStringLiteral("slider");
+inline const QString field = QStringLiteral("text");
+}  // namespace roles
+
 /// What a control is for whoever cannot see it.
 struct Control {
     QString title;

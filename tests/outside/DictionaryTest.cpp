@@ -17,8 +17,8 @@ using Entries = std::vector<std::vector<std::string>>;
 
 const QString window = WindowDesk::dictionary;
 const QString add = QStringLiteral("＋ Add replacement");
-const QString button = QStringLiteral("push button");
-const QString field = QStringLiteral("text");
+using roles::button;
+using roles::field;
 
 class Dictionary : public testing::Test {
 protected:

@@ -9,7 +9,6 @@
 
 #include <QTemporaryDir>
 
-#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -36,14 +35,7 @@ protected:
 
     /// What the first window says of a step.
     [[nodiscard]] bool says(const char* step, const char* state) const {
-        return waitUntil([&] {
-            const auto window = m_windows.findWindow(welcome);
-            const auto label = window ? window->find([&](const AccessibleObject& each) {
-                return each.description() == QLatin1String(step);
-            })
-                                      : std::nullopt;
-            return label && label->name() == QString::fromUtf8(state);
-        });
+        return m_windows.says(welcome, QString::fromUtf8(step), QString::fromUtf8(state));
     }
 
     void expectDictation(const std::string& words) {

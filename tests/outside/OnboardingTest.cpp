@@ -18,7 +18,7 @@ const QString download = QStringLiteral("Download model");
 const QString done = QStringLiteral("Done");
 const QString useStarter = QStringLiteral("Use Starter");
 const QString useInSettings = QStringLiteral("Use Starter — English, offline, lower accuracy");
-const QString button = QStringLiteral("push button");
+using roles::button;
 
 class Onboarding : public testing::Test {
 protected:
@@ -33,16 +33,13 @@ protected:
         }));
     }
 
-    /// What the window says of a step.
-    [[nodiscard]] QString state(const char* description) const {
-        const auto label = m_desk.windows().window(window).find(
-            [&](const auto& each) { return each.description() == QLatin1String(description); });
-        return label ? label->name() : QString();
+    [[nodiscard]] QString state(const char* step) const {
+        return m_desk.windows().textAbout(window, QString::fromLatin1(step));
     }
 
     [[nodiscard]] bool saysThatTheModelIsReady() const {
-        return waitUntil(
-            [this] { return state("State of the speech model") == QStringLiteral("✓ Ready"); });
+        return m_desk.windows().says(window, QStringLiteral("State of the speech model"),
+                                     QStringLiteral("✓ Ready"));
     }
 
     void expectDone() const {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The settings window with real keys and clicks.
-#include "tests/outside/WindowDesk.h"
+#include "tests/outside/SettingsOnDesk.h"
 #include "tests/support/WaitUntil.h"
 
 #include <cmath>
@@ -17,30 +17,11 @@ const QString window = WindowDesk::settings;
 const QString appearField = QStringLiteral("Appear speed in milliseconds");
 const QString inputDevice = QStringLiteral("Input device");
 
-class SettingsByHand : public testing::Test {
+class SettingsByHand : public SettingsOnDesk {
 protected:
-    void open(const QByteArray& configuration = R"({"model":"starter"})") {
-        m_desk.startSayloft(configuration);
-        m_desk.openSettings();
-    }
-
-    /// Beside the microphone of the laptop.
-    void plugInHeadset() {
-        m_desk.plugInSound();
-        m_desk.room().addMicrophone(
-            QStringLiteral("headset"),
-            {{QStringLiteral("device.description"), QStringLiteral("Headset")},
-             {QStringLiteral("device.bus"), QStringLiteral("usb")}});
-    }
-
     void click(const QString& title) { m_desk.click(window, title); }
     void tabTo(const QString& title) { m_desk.tabTo(window, title); }
 
-    [[nodiscard]] AccessibleObject control(const QString& title) const {
-        return m_desk.control(window, title);
-    }
-
-    WindowDesk m_desk;
     TestKeyboard& m_keyboard = m_desk.keyboard();
 };
 

@@ -3,11 +3,13 @@
 
 #include "tests/support/TempHome.h"
 #include "tests/support/TrayClient.h"
+#include "tests/support/VisibleWindows.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QDir>
 
 #include <algorithm>
+#include <chrono>
 #include <stdexcept>
 #include <vector>
 
@@ -44,10 +46,23 @@ std::size_t waitForFocus(const std::vector<AccessibleObject>& controls,
 
 }  // namespace
 
-WindowDesk::WindowDesk() : m_bus({.services = withoutServices(m_directory)}) {}
+WindowDesk::WindowDesk(const XServer::Options& screen)
+    : m_display(screen), m_bus({.services = withoutServices(m_directory)}) {}
 
 void WindowDesk::provideModel(const QString& file) const {
     writeFile(home() + QStringLiteral("/.sayloft/models/") + file, "no model");
+}
+
+void WindowDesk::startProgram(const QString& program) {
+    QDir().mkpath(home());
+    QProcessEnvironment environment = this->environment();
+    environment.insert(QStringLiteral("HOME"), home());
+    m_programs.push_back(std::make_unique<ChildProgram>(program, QStringList(), environment));
+}
+
+bool WindowDesk::appears(const QString& windowClass) const {
+    return waitUntil([&] { return !visibleWindows(m_display, windowClass).isEmpty(); },
+                     std::chrono::seconds(20));
 }
 
 void WindowDesk::startSayloft(const QByteArray& configuration) {
@@ -71,6 +86,7 @@ QProcessEnvironment WindowDesk::environment() const {
     environment.insert(QStringLiteral("PULSE_SERVER"), QStringLiteral("unix:/nonexistent"));
     if (m_room)
         m_room->addTo(environment);
+    environment.insert(m_variables);
     return environment;
 }
 
@@ -83,11 +99,6 @@ void WindowDesk::openDictionary() {
     openSettings();
     press(settings, QStringLiteral("Edit dictionary…"));
     static_cast<void>(m_windows.window(dictionary));
-}
-
-void WindowDesk::press(const QString& window, const QString& title) const {
-    const AccessibleObject pressed = control(window, title);
-    pressed.act(pressed.actions().value(0));
 }
 
 void WindowDesk::click(const QString& window, const QString& title) {

@@ -3,6 +3,8 @@
 
 #include "tests/support/AccessibilityBus.h"
 #include "tests/support/AccessibleTree.h"
+#include "tests/support/ChildProgram.h"
+#include "tests/support/ModelHost.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
 #include "tests/support/SoundServer.h"
@@ -13,25 +15,27 @@
 
 #include <nlohmann/json.hpp>
 
+#include <QProcessEnvironment>
 #include <QString>
 #include <QStringList>
 #include <QTemporaryDir>
 
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace sayloft::test {
 
 /// The real program on a desktop of its own, and its user: with keys, with a mouse, or with
-/// assistive technology. No network. Functions throw std::runtime_error when what they wait for
-/// does not come.
+/// assistive technology. Functions throw std::runtime_error when what they wait for does not
+/// come.
 class WindowDesk {
 public:
     static inline const QString settings = QStringLiteral("Sayloft Settings");
     static inline const QString dictionary = QStringLiteral("Dictionary");
     static inline const QString onboarding = QStringLiteral("Welcome to Sayloft");
 
-    WindowDesk();
+    explicit WindowDesk(const XServer::Options& screen = {});
 
     /// Without it there is no sound server.
     void plugInSound() { m_room.emplace(); }
@@ -39,6 +43,16 @@ public:
 
     /// As if it had been downloaded, but that nobody can transcribe with it.
     void provideModel(const QString& file) const;
+
+    /// As if this were the network, which it has not otherwise.
+    void connectTo(const ModelHost& host) { host.addTo(m_variables); }
+
+    /// What the program's environment says beside what every desktop says.
+    void setVariable(const QString& name, const QString& value) { m_variables.insert(name, value); }
+    /// Starts another program of this desktop, which it finds in the PATH.
+    void startProgram(const QString& program);
+    /// Waits until a window of another program is on the screen.
+    [[nodiscard]] bool appears(const QString& windowClass) const;
 
     /// Starts the program; an empty configuration is none.
     void startSayloft(const QByteArray& configuration = R"({"model":"starter"})");
@@ -55,8 +69,9 @@ public:
         return m_windows.control(window, title);
     }
 
-    /// Does with a button or a check box what assistive technology does.
-    void press(const QString& window, const QString& title) const;
+    void press(const QString& window, const QString& title) const {
+        m_windows.press(window, title);
+    }
     void click(const QString& window, const QString& title);
     /// Waits until the field has the keyboard: window managers look at a click before they pass it
     /// on, and keys would overtake it.
@@ -71,6 +86,7 @@ public:
     [[nodiscard]] TestKeyboard& keyboard() { return m_keyboard; }
     [[nodiscard]] TestPointer& pointer() { return m_pointer; }
     [[nodiscard]] const XServer& display() const { return m_display; }
+    [[nodiscard]] const SessionBus& bus() const { return m_bus; }
 
     /// What config.json says on the disk; null as long as there is none.
     [[nodiscard]] nlohmann::json config() const;
@@ -82,6 +98,7 @@ private:
     [[nodiscard]] QProcessEnvironment environment() const;
 
     QTemporaryDir m_directory;
+    QProcessEnvironment m_variables;
     XServer m_display;
     WindowManager m_windowManager{m_display};
     SessionBus m_bus;
@@ -90,6 +107,7 @@ private:
     TestKeyboard m_keyboard;
     TestPointer m_pointer;
     std::optional<SoundServer> m_room;
+    std::vector<std::unique_ptr<ChildProgram>> m_programs;
     std::unique_ptr<SayloftProgram> m_sayloft;
 };
 

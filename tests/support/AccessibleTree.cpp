@@ -100,6 +100,25 @@ AccessibleObject AccessibleTree::control(const QString& windowTitle, const QStri
     return *control;
 }
 
+void AccessibleTree::press(const QString& windowTitle, const QString& title) const {
+    const AccessibleObject pressed = control(windowTitle, title);
+    pressed.act(pressed.actions().value(0));
+}
+
+QString AccessibleTree::textAbout(const QString& windowTitle, const QString& description) const {
+    const auto window = findWindow(windowTitle);
+    const auto label = window ? window->find([&](const AccessibleObject& each) {
+        return each.description() == description && !each.is(State::focusable);
+    })
+                              : std::nullopt;
+    return label ? label->name() : QString();
+}
+
+bool AccessibleTree::says(const QString& windowTitle, const QString& description,
+                          const QString& text) const {
+    return comesTrue([&] { return textAbout(windowTitle, description) == text; });
+}
+
 std::vector<AccessibleObject> AccessibleTree::controls(const QString& windowTitle) const {
     std::vector<AccessibleObject> controls;
     collectControls(window(windowTitle), controls);

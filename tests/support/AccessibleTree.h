@@ -32,6 +32,15 @@ public:
     /// Waits until the window has it.
     [[nodiscard]] AccessibleObject control(const QString& windowTitle, const QString& title) const;
 
+    /// Does with a button or a check box what assistive technology does.
+    void press(const QString& windowTitle, const QString& title) const;
+
+    /// What a label says, which is found by what it is about; empty when there is none.
+    [[nodiscard]] QString textAbout(const QString& windowTitle, const QString& description) const;
+    /// Waits until the label says that.
+    [[nodiscard]] bool says(const QString& windowTitle, const QString& description,
+                            const QString& text) const;
+
     /// What can get the keyboard, in the order of the tree.
     [[nodiscard]] std::vector<AccessibleObject> controls(const QString& windowTitle) const;
 

@@ -26,6 +26,11 @@ void TestPointer::click(QPoint place) {
         m_connection.get(), xcb_get_input_focus(m_connection.get()), nullptr));
 }
 
+void TestPointer::moveTo(QPoint place) {
+    fake(XCB_MOTION_NOTIFY, absolute, place);
+    xcb_flush(m_connection.get());
+}
+
 void TestPointer::fake(std::uint8_t type, std::uint8_t detail, QPoint place) {
     xcb_test_fake_input(m_connection.get(), type, detail, XCB_CURRENT_TIME,
                         rootWindow(m_connection.get()), static_cast<std::int16_t>(place.x()),

@@ -17,6 +17,7 @@ public:
     /// Moves to the place on the screen, then presses and releases the left button. Returns when
     /// the server has done it.
     void click(QPoint place);
+    void moveTo(QPoint place);
 
 private:
     void fake(std::uint8_t type, std::uint8_t detail, QPoint place);

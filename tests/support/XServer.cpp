@@ -55,6 +55,7 @@ QProcessEnvironment XServer::environment() const {
     environment.insert(QStringLiteral("DISPLAY"), m_display);
     environment.remove(QStringLiteral("WAYLAND_DISPLAY"));
     environment.remove(QStringLiteral("XDG_SESSION_TYPE"));
+    environment.remove(QStringLiteral("XDG_CURRENT_DESKTOP"));
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
     environment.insert(QStringLiteral("GDK_BACKEND"), QStringLiteral("x11"));
     return environment;

@@ -26,7 +26,8 @@ public:
     XServer& operator=(const XServer&) = delete;
 
     [[nodiscard]] QString display() const { return m_display; }
-    /// The test's environment with DISPLAY set to this server and Wayland out of sight.
+    /// The test's environment with DISPLAY set to this server, and without the desktop that the
+    /// test itself may be started from.
     [[nodiscard]] QProcessEnvironment environment() const;
     [[nodiscard]] ChildProgram& program() { return m_program; }
 

@@ -82,6 +82,8 @@ protected:
 
     [[nodiscard]] static Pairs saved() { return Config::load().replacements; }
 
+    const QString solona = QStringLiteral("solona");
+    const QString solana = QStringLiteral("Solana");
     TempHome home;
     FakePlatform fakes;
     std::unique_ptr<AppDelegate> delegate = std::make_unique<AppDelegate>(fakes.platform());

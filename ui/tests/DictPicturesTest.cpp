@@ -3,6 +3,7 @@
 #include "tests/support/FakePlatform.h"
 #include "tests/support/TempHome.h"
 #include "ui/DictWindowController.h"
+#include "ui/tests/CutControls.h"
 #include "ui/tests/WindowPictures.h"
 
 #include <QScreen>

@@ -14,9 +14,6 @@ using test::Pairs;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-const QString solona = QStringLiteral("solona");
-const QString solana = QStringLiteral("Solana");
-
 class DictWindow : public test::DictFixture {};
 
 TEST_F(DictWindow, showsOneRowPerEntryInTheirOrder) {

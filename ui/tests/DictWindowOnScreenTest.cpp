@@ -3,6 +3,7 @@
 #include "ui/GlyphText.h"
 #include "ui/TextLabel.h"
 #include "ui/tests/DictFixture.h"
+#include "ui/tests/KeptLook.h"
 
 #include <QApplication>
 #include <QScreen>
@@ -18,9 +19,6 @@ using test::Pair;
 using test::Pairs;
 using testing::ElementsAre;
 using testing::IsEmpty;
-
-const QString solona = QStringLiteral("solona");
-const QString solana = QStringLiteral("Solana");
 
 class DictWindowOnScreen : public test::DictFixture {};
 
@@ -146,8 +144,8 @@ TEST_F(DictWindowOnScreen, namesAndDescribesEveryControl) {
 }
 
 TEST_F(DictWindowOnScreen, staysUsableWithALargeFont) {
-    const QFont before = QApplication::font();
-    QFont large = before;
+    const test::KeptLook before;
+    QFont large = before.font();
     large.setPixelSize(32);
     QApplication::setFont(large);
     open(Pairs(50, Pair{solona, solana}));
@@ -157,7 +155,6 @@ TEST_F(DictWindowOnScreen, staysUsableWithALargeFont) {
               window().width() - 20);
     EXPECT_LT(QFontMetrics(large).horizontalAdvance(replacement(1)->placeholderText()),
               replacement(1)->width());
-    QApplication::setFont(before);
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/Nginx.h"
 #include "tests/support/ServedCatalogue.h"
+#include "ui/tests/CutControls.h"
 #include "ui/tests/OnboardFixture.h"
 #include "ui/tests/WindowPictures.h"
 
@@ -68,23 +69,21 @@ TEST_P(OnboardPictures, cutNoControl) {
 
 INSTANTIATE_TEST_SUITE_P(
     Pictures, OnboardPictures,
-    testing::Values(Picture{"light"}, Picture{"dark", {.isDark = true}},
-                    Picture{"ready", {}, 1, Missing::nothing}, Picture{"scaled", {}, 2},
-                    Picture{"downloading", {}, 1, Missing::permissions, Model::downloading},
-                    Picture{"large-font", {.fontScale = 2}},
-                    Picture{"large-font-downloading",
-                            {.isDark = true, .fontScale = 2},
-                            1,
-                            Missing::permissions,
-                            Model::downloading},
-                    Picture{"starter", {}, 1, Missing::nothing, Model::starterOffered},
-                    Picture{"large-font-starter",
-                            {.isDark = true, .fontScale = 2},
-                            1,
-                            Missing::permissions,
-                            Model::starterOffered},
-                    Picture{"no-tray", {}, 1, Missing::tray},
-                    Picture{"no-tray-dark", {.isDark = true}, 1, Missing::tray}),
+    testing::Values(
+        Picture{"light"}, Picture{"dark", {.isDark = true}},
+        Picture{"ready", {}, 1, Missing::nothing}, Picture{"scaled", {}, 2},
+        Picture{"downloading", {}, 1, Missing::permissions, Model::downloading},
+        Picture{"large-font", {.fontScale = 2}},
+        Picture{"large-font-ready", {.fontScale = 2}, 1, Missing::nothing},
+        Picture{"dark-downloading", {.isDark = true}, 1, Missing::permissions, Model::downloading},
+        Picture{"large-font-downloading",
+                {.isDark = true, .fontScale = 2},
+                1,
+                Missing::permissions,
+                Model::downloading},
+        Picture{"no-tray", {}, 1, Missing::tray},
+        Picture{"no-tray-large-font", {.fontScale = 2}, 1, Missing::tray},
+        Picture{"no-tray-dark", {.isDark = true}, 1, Missing::tray}),
     [](const auto& row) {
         QString name = QString::fromLatin1(row.param.name);
         return name.remove(QLatin1Char('-')).toStdString();

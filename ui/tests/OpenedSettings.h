@@ -22,6 +22,11 @@ namespace sayloft::test {
 /// the names that assistive technology reads.
 class OpenedSettings {
 public:
+    /// A configuration with every chord that there is.
+    static constexpr const char* manyChords =
+        R"({"dictateChords":[1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,
+        18,19,20,21,22,23,24,25,26,27,28,29,30,31],"dictateEnterChords":[3,12]})";
+
     OpenedSettings();
     ~OpenedSettings();
     OpenedSettings(const OpenedSettings&) = delete;

@@ -2,6 +2,7 @@
 // The models in the settings window, by mouse.
 #include "models/ModelCatalogue.h"
 #include "tests/support/WaitUntil.h"
+#include "ui/tests/KeptLook.h"
 #include "ui/tests/SettingsFixture.h"
 
 #include <QApplication>
@@ -182,20 +183,17 @@ TEST_F(SettingsModels, takeAPressDuringADownloadWhateverIsRefreshed) {
 }
 
 TEST_F(SettingsModels, moveNothingWhenADownloadBegins) {
-    const QFont font = QApplication::font();
-    QFont large = font;
-    large.setPointSizeF(font.pointSizeF() * 1.3);
-    QApplication::setFont(large);
+    const test::KeptLook before;
+    before.useFontOf(1.3);
     open();
     const auto placeOfChips = [this] {
         const auto& add = get<QPushButton>(QStringLiteral("Add combo to Dictate"));
         return add.mapTo(window, QPoint());
     };
-    const QPoint before = placeOfChips();
+    const QPoint place = placeOfChips();
     EXPECT_TRUE(beginSlowDownload(english));
     test::turnEventLoopFor(std::chrono::milliseconds(20));
-    EXPECT_EQ(placeOfChips(), before);
-    QApplication::setFont(font);
+    EXPECT_EQ(placeOfChips(), place);
 }
 
 }  // namespace

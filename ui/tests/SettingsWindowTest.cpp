@@ -5,6 +5,8 @@
 #include "ui/AppWindows.h"
 #include "ui/SettingsWindowController.h"
 #include "ui/TimingRow.h"
+#include "ui/tests/CutControls.h"
+#include "ui/tests/KeptLook.h"
 #include "ui/tests/SettingsFixture.h"
 
 #include <QApplication>
@@ -27,18 +29,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char* manyChords = R"({"dictateChords":[1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,
-    18,19,20,21,22,23,24,25,26,27,28,29,30,31],"dictateEnterChords":[3,12]})";
-
 class SettingsWindowTest : public SettingsFixture {
 protected:
-    ~SettingsWindowTest() override { QApplication::setFont(m_font); }
-
-    static void useFontOf(double factor) {
-        QFont font = QApplication::font();
-        font.setPointSizeF(font.pointSizeF() * factor);
-        QApplication::setFont(font);
-    }
+    void useFontOf(double factor) const { m_before.useFontOf(factor); }
 
     [[nodiscard]] std::vector<QWidget*> visibleControls() const {
         std::vector<QWidget*> controls;
@@ -52,25 +45,9 @@ protected:
         return controls;
     }
 
-    /// Controls and texts that are smaller than they need to be.
-    [[nodiscard]] QStringList clipped() const {
-        QStringList names;
-        std::vector<QWidget*> widgets = visibleControls();
-        for (QLabel* const label : window->widget()->findChildren<QLabel*>()) {
-            if (label->isVisible())
-                widgets.push_back(label);
-        }
-        for (const QWidget* const widget : widgets) {
-            const QSize needed = widget->hasHeightForWidth()
-                                     ? QSize(0, widget->heightForWidth(widget->width()))
-                                     : widget->sizeHint();
-            if (needed.width() > widget->width() || needed.height() > widget->height())
-                names.append(widget->accessibleName() + u'|' + widget->property("text").toString());
-        }
-        return names;
-    }
+    [[nodiscard]] QStringList clipped() const { return test::cutControls(*window); }
 
-    const QFont m_font = QApplication::font();
+    const test::KeptLook m_before;
 };
 
 TEST_F(SettingsWindowTest, hasItsTitleAndSize) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "ui/TextLabel.h"
 
+#include "ui/tests/KeptLook.h"
+
 #include <QApplication>
 #include <QFontInfo>
 #include <QHBoxLayout>
@@ -14,11 +16,6 @@ namespace {
 
 class TextLabelTest : public testing::Test {
 protected:
-    ~TextLabelTest() override {
-        QApplication::setFont(m_font);
-        QApplication::setPalette(m_palette);
-    }
-
     static void useFont(int pixels) {
         QFont font = QApplication::font();
         font.setPixelSize(pixels);
@@ -34,8 +31,7 @@ protected:
         QApplication::processEvents();
     }
 
-    const QFont m_font = QApplication::font();
-    const QPalette m_palette = QApplication::palette();
+    const test::KeptLook m_before;
 };
 
 QColor colourOf(const QLabel& label) {

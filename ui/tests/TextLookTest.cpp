@@ -2,6 +2,7 @@
 #include "ui/TextLook.h"
 
 #include "tests/support/WaitUntil.h"
+#include "ui/tests/KeptLook.h"
 
 #include <QApplication>
 #include <QFontMetricsF>
@@ -12,22 +13,15 @@
 namespace sayloft {
 namespace {
 
-/// Gives the application its font and colours back.
 class TextLookTest : public testing::Test {
 protected:
-    ~TextLookTest() override {
-        QApplication::setFont(m_font);
-        QApplication::setPalette(m_palette);
-    }
-
     static QFont ofPoints(double points) {
         QFont font = QApplication::font();
         font.setPointSizeF(points);
         return font;
     }
 
-    const QFont m_font = QApplication::font();
-    const QPalette m_palette = QApplication::palette();
+    const test::KeptLook m_before;
 };
 
 TEST_F(TextLookTest, scalesWithTheFontOfTheDesktop) {
@@ -82,7 +76,7 @@ TEST_F(TextLookTest, followsAChangeOfTheRole) {
     auto* look = new TextLook(&label, {.role = TextRole::good});
     look->setRole(TextRole::warning);
     EXPECT_EQ(label.palette().color(QPalette::WindowText),
-              textColour(TextRole::warning, m_palette));
+              textColour(TextRole::warning, m_before.palette()));
 }
 
 }  // namespace

@@ -1,15 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include "ui/tests/WindowPictures.h"
 
-#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPixmap>
-#include <QScrollArea>
 #include <QStyle>
 #include <QStyleFactory>
+#include <QWidget>
 
 #include <gtest/gtest.h>
 
@@ -28,34 +25,11 @@ QPalette darkPalette() {
     return palette;
 }
 
-bool isInScrolledContent(const QWidget* widget) {
-    for (; widget != nullptr; widget = widget->parentWidget()) {
-        if (qobject_cast<const QScrollArea*>(widget->parentWidget()) != nullptr)
-            return true;
-    }
-    return false;
-}
-
-bool isCut(const QWidget& control, const QWidget& window) {
-    const QSize needed = control.minimumSizeHint();
-    if (control.width() < needed.width() || control.height() < needed.height())
-        return true;
-    const QRect place(control.mapTo(&window, QPoint()), control.size());
-    if (place.left() < 0 || place.right() >= window.width())
-        return true;
-    return !isInScrolledContent(&control) && (place.top() < 0 || place.bottom() >= window.height());
-}
-
 }  // namespace
 
-DesktopLooks::DesktopLooks(const DesktopLook& look)
-    : m_font(QApplication::font()),
-      m_palette(QApplication::palette()),
-      m_style(QApplication::style()->name()) {
+DesktopLooks::DesktopLooks(const DesktopLook& look) : m_style(QApplication::style()->name()) {
     QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QFont font = m_font;
-    font.setPointSizeF(font.pointSizeF() * look.fontScale);
-    QApplication::setFont(font);
+    m_before.useFontOf(look.fontScale);
     QApplication::setPalette(look.isDark ? darkPalette()
                                          : QApplication::style()->standardPalette());
     QApplication::processEvents();
@@ -63,9 +37,6 @@ DesktopLooks::DesktopLooks(const DesktopLook& look)
 
 DesktopLooks::~DesktopLooks() {
     QApplication::setStyle(m_style);
-    QApplication::setFont(m_font);
-    QApplication::setPalette(m_palette);
-    QApplication::processEvents();
 }
 
 void takePicture(QWidget& window, const QString& name, double scale) {
@@ -74,21 +45,6 @@ void takePicture(QWidget& window, const QString& name, double scale) {
     window.render(&picture);
     ASSERT_TRUE(QDir().mkpath(QStringLiteral(SAYLOFT_PICTURES)));
     ASSERT_TRUE(picture.save(QStringLiteral(SAYLOFT_PICTURES "/%1.png").arg(name)));
-}
-
-QStringList cutControls(const QWidget& window) {
-    QStringList cut;
-    const auto look = [&](const QWidget& control, const QString& text) {
-        if (control.isVisible() && isCut(control, window))
-            cut << text;
-    };
-    for (const QLabel* label : window.findChildren<QLabel*>())
-        look(*label, label->text());
-    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>())
-        look(*button, button->text());
-    for (const QLineEdit* field : window.findChildren<QLineEdit*>())
-        look(*field, field->placeholderText());
-    return cut;
 }
 
 }  // namespace sayloft::test

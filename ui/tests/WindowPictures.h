@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QFont>
-#include <QPalette>
+#include "ui/tests/KeptLook.h"
+
 #include <QString>
-#include <QStringList>
 
 class QWidget;
 
@@ -24,15 +23,11 @@ public:
     DesktopLooks& operator=(const DesktopLooks&) = delete;
 
 private:
-    const QFont m_font;
-    const QPalette m_palette;
+    const KeptLook m_before;
     const QString m_style;
 };
 
 /// Writes the window as it is, at a scale of the screen, to the folder of the pictures.
 void takePicture(QWidget& window, const QString& name, double scale = 1);
-
-/// The controls in sight that have less room than they need, or reach out of the window.
-[[nodiscard]] QStringList cutControls(const QWidget& window);
 
 }  // namespace sayloft::test
