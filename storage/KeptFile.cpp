@@ -83,8 +83,7 @@ KeptFile::Content KeptFile::read() const {
 bool KeptFile::write(const QByteArray& text) const {
     makePrivateFolder(QFileInfo(m_path).path());
     const Copied copied = writeNewCopy(text);
-    // What is not longer than before finds its room in the file itself.
-    if (copied == Copied::noRoom && text.size() > QFileInfo(m_path).size())
+    if (copied == Copied::noRoom && !findsRoom(text))
         return false;
     // Nothing else is on the disk for certain.
     if (copied == Copied::yes && QFileInfo::exists(m_path) && !QFileInfo::exists(savedCopy()))
@@ -133,6 +132,12 @@ std::optional<QByteArray> KeptFile::wholeCopy() const {
     return std::nullopt;
 }
 
+// What is not longer than before should find its room in the file itself. Where it does not after
+// all, the copy has what was there.
+bool KeptFile::findsRoom(const QByteArray& text) const {
+    return text.size() <= QFileInfo(m_path).size() && QFileInfo::exists(savedCopy());
+}
+
 KeptFile::Copied KeptFile::writeNewCopy(const QByteArray& text) const {
     const std::lock_guard lock(disk().newCopies);
     // In place of an older one, which may be on its way to the disk or all that there is.
@@ -150,6 +155,8 @@ void KeptFile::saveNewCopy() const {
     QFile copy(newCopy());
     if (!copy.open(QIODevice::ReadOnly) || ::fsync(copy.handle()) != 0)
         return;
+    // Its name too: whoever finds a saved copy relies on it.
+    synchronise(QFileInfo(m_path).path());
     const std::lock_guard lock(disk().newCopies);
     // A later save has made another one, which is saved in its turn.
     if (isStillAt(newCopy(), copy.handle()))

@@ -58,6 +58,7 @@ private:
     [[nodiscard]] QString savedCopy() const { return m_path + QStringLiteral(".saved"); }
     [[nodiscard]] QString brokenText() const { return m_path + QStringLiteral(".broken"); }
     [[nodiscard]] std::optional<QByteArray> wholeCopy() const;
+    [[nodiscard]] bool findsRoom(const QByteArray& text) const;
     [[nodiscard]] Copied writeNewCopy(const QByteArray& text) const;
     void saveNewCopy() const;
     void saveNewCopyLater() const;
