@@ -68,13 +68,15 @@ TroubleText troubleText(Trouble trouble) {
                                    "itself."),
                     QStringLiteral("What to do")};
         case Trouble::settingsUnreadable:
-            return {QStringLiteral("settings unreadable"),
-                    QStringLiteral("Sayloft cannot read its settings"),
-                    QStringLiteral("The defaults, or what was saved last, count instead of "
-                                   "~/.sayloft/config.json, which is damaged or out of reach. "
-                                   "~/.sayloft/sayloft.log tells more; a "
-                                   "damaged text is kept in config.json.broken. Put it right, then "
-                                   "start Sayloft anew.")};
+            return {
+                QStringLiteral("settings unreadable"),
+                QStringLiteral("Sayloft cannot read its settings"),
+                QStringLiteral("The defaults, or what was saved last, count instead of "
+                               "~/.sayloft/config.json, which is damaged or out of reach. "
+                               "~/.sayloft/sayloft.log tells more; a "
+                               "damaged text is kept in config.json.broken, what was saved before "
+                               "it in config.json.last-good. Put it right, then start Sayloft "
+                               "anew.")};
         case Trouble::noTrayHost:
             return {QStringLiteral("no place for the icon"),
                     QStringLiteral("Sayloft runs, but its icon has no place"),

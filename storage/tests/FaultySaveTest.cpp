@@ -3,6 +3,7 @@
 // what that leaves is read.
 #include "storage/tests/SavingProgram.h"
 
+#include <algorithm>
 #include <functional>
 #include <ostream>
 #include <string>
@@ -36,6 +37,16 @@ void PrintTo(const Fault& fault, std::ostream* out) {
 
 class AFaultySave : public SavingProgram {
 protected:
+    /// Whether a call has failed.
+    bool saveWithFault(const Fault& fault, const QString& when) {
+        save(transcriptsBefore + 1,
+             strace({QStringLiteral("-e"), QStringLiteral("trace=") + fault.calls,
+                     QStringLiteral("-e"),
+                     QStringLiteral("inject=%1:error=%2:when=%3")
+                         .arg(fault.calls, fault.error, when)}));
+        return trace().contains("(INJECTED)");
+    }
+
     /// The settings are complete and those from before the fault or after it.
     static testing::AssertionResult areSettingsKept() {
         const Config settings = Config::load();
@@ -84,24 +95,13 @@ protected:
 class AFaultyCall : public AFaultySave,
                     public testing::WithParamInterface<std::tuple<Before, Fault>> {
 protected:
-    /// Whether a call has failed.
-    bool saveWithFault(const QString& when) {
-        const Fault& fault = std::get<Fault>(GetParam());
-        save(transcriptsBefore + 1,
-             strace({QStringLiteral("-e"), QStringLiteral("trace=") + fault.calls,
-                     QStringLiteral("-e"),
-                     QStringLiteral("inject=%1:error=%2:when=%3")
-                         .arg(fault.calls, fault.error, when)}));
-        return trace().contains("(INJECTED)");
-    }
-
     /// Lets the first call fail, the second one and so on, until no more than that are made.
     void failEveryCall(const QString& andTheNext) {
         for (int call = 1;; ++call) {
             SCOPED_TRACE(testing::Message() << "call " << call);
             renewState();
             std::get<Before>(GetParam()).make();
-            if (!saveWithFault(QString::number(call) + andTheNext)) {
+            if (!saveWithFault(std::get<Fault>(GetParam()), QString::number(call) + andTheNext)) {
                 EXPECT_GT(call, 1) << "no call was seen";
                 RecordProperty("calls", call - 1);
                 return;
@@ -151,12 +151,67 @@ INSTANTIATE_TEST_SUITE_P(
         return std::get<Before>(row.param).name + "_" + std::get<Fault>(row.param).name;
     });
 
+/// A text of the user's that is no settings, in place of what was saved before.
+class ABrokenFile : public AFaultySave, public testing::WithParamInterface<Fault> {
+protected:
+    /// Whether it is in one of the files that the program reads or keeps aside.
+    static bool isSomewhere(const QByteArray& text) {
+        const QDir folder(DATA_DIR);
+        const QStringList files = folder.entryList({QStringLiteral("config.json*")}, QDir::Files);
+        return std::any_of(files.begin(), files.end(), [&](const QString& file) {
+            return test::readFile(folder.filePath(file)) == text;
+        });
+    }
+
+    void expectBothKept() const {
+        EXPECT_TRUE(isSomewhere(m_slip));
+        EXPECT_TRUE(isSomewhere(test::settingsOf(transcriptsBefore).encode()));
+    }
+
+    void failEveryCall(const QString& andTheNext) {
+        for (int call = 1;; ++call) {
+            SCOPED_TRACE(testing::Message() << "call " << call);
+            renewState();
+            test::writeFile(Config::url(), m_slip);
+            const bool hasFailed = saveWithFault(GetParam(), QString::number(call) + andTheNext);
+            expectBothKept();
+            save(transcriptsBefore + 2);
+            expectBothKept();
+            EXPECT_EQ(Config::load(), test::settingsOf(transcriptsBefore + 2));
+            if (!hasFailed || HasFailure()) {
+                EXPECT_GT(call, 1);
+                return;
+            }
+        }
+    }
+
+    /// Longer than the settings, so that they find room in its place.
+    const QByteArray m_slip = QByteArray(20'000, ' ') + "model = starter";
+};
+
+TEST_P(ABrokenFile, losesNeitherItsTextNorWhatWasSavedBefore) {
+    failEveryCall({});
+}
+
+TEST_P(ABrokenFile, losesNeitherWhereAllCallsFailFromThenOn) {
+    failEveryCall(QStringLiteral("+"));
+}
+
+INSTANTIATE_TEST_SUITE_P(By, ABrokenFile,
+                         testing::Values(Fault{"aFullDiskAtAWrite", QStringLiteral("write"),
+                                               QStringLiteral("ENOSPC")},
+                                         Fault{"aFullDiskAtARenaming", QStringLiteral("rename"),
+                                               QStringLiteral("ENOSPC")},
+                                         Fault{"anErrorAtASynchronisation", QStringLiteral("fsync"),
+                                               QStringLiteral("EIO")}),
+                         [](const auto& row) { return row.param.name; });
+
 class TheEndOfTheRoom : public AFaultySave {
 protected:
     void endItEverywhere(const std::function<void()>& before) {
         renewState();
         const qsizetype largest = test::readFile(Config::url()).size();
-        constexpr int step = 61;
+        constexpr int step = 97;
         for (int room = 0; room < largest + step; room += step) {
             SCOPED_TRACE(testing::Message() << room << " bytes of room");
             renewState();

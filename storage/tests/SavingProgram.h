@@ -67,7 +67,7 @@ protected:
     static QStringList storedFiles() {
         QStringList paths{LOG_URL, DATA_DIR};
         for (const QString& file : {Config::url(), History::url()}) {
-            for (const char* suffix : {"", ".new.part", ".new", ".saved", ".broken"})
+            for (const char* suffix : {"", ".new.part", ".new", ".saved", ".broken", ".last-good"})
                 paths.append(file + QString::fromLatin1(suffix));
         }
         return paths;
