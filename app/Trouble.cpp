@@ -38,15 +38,17 @@ TroubleText troubleText(Trouble trouble) {
                     QStringLiteral("Settings")};
         case Trouble::diskFull:
             return {QStringLiteral("disk full"), QStringLiteral("The disk is full"),
-                    QStringLiteral("Sayloft has no room in ~/.sayloft for what you say, nor for "
-                                   "the settings and the history. Make room; nothing needs to be "
-                                   "started anew.")};
+                    QStringLiteral("There is no room in ~/.sayloft for the settings and the "
+                                   "history. What you say is kept in memory and transcribed all "
+                                   "the same, up to ten minutes at a time. Make room; nothing "
+                                   "needs to be started anew.")};
         case Trouble::folderRefuses:
             return {QStringLiteral("~/.sayloft not writable"),
                     QStringLiteral("Sayloft cannot write to its folder"),
-                    QStringLiteral("What you say is kept for a moment in ~/.sayloft, which is "
-                                   "read-only or belongs to somebody else, so that nothing can be "
-                                   "dictated. Give yourself the right to write there.")};
+                    QStringLiteral("~/.sayloft is read-only or belongs to somebody else, so that "
+                                   "neither settings nor history are saved. What you say is kept "
+                                   "in memory and transcribed all the same, up to ten minutes at "
+                                   "a time. Give yourself the right to write there.")};
         case Trouble::soundServerGone:
             return {QStringLiteral("no sound server"),
                     QStringLiteral("Sayloft finds no sound server"),
