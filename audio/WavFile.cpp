@@ -67,7 +67,7 @@ WavFile::Sound WavFile::open(int descriptor) {
     }
     sf_command(file.get(), SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
     sf_command(file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
-    return file;
+    return sf_error(file.get()) == SF_ERR_NO_ERROR ? std::move(file) : nullptr;
 }
 
 bool WavFile::write(std::span<const float> samples) {
@@ -88,7 +88,9 @@ bool WavFile::writePcm(std::span<const std::int16_t> samples) {
         return false;
     const sf_count_t written = sf_write_short(m_file.get(), samples.data(), count);
     m_frames += std::max<sf_count_t>(written, 0);
-    return written == count;
+    // A header that could not be brought up to date counts too: where it was to be is where the
+    // next samples would go.
+    return written == count && sf_error(m_file.get()) == SF_ERR_NO_ERROR;
 }
 
 bool WavFile::moveToMemory() {
