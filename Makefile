@@ -59,6 +59,7 @@ format: all-packages
 lint: all-packages everything
 	clang-format --dry-run --Werror $(SOURCES)
 	scripts/lint.sh $(BUILD)
+	scripts/check-reliability.py $(BUILD)
 
 clean:
 	rm -rf build build-debug build-asan build-tsan build-fuzz

@@ -60,7 +60,9 @@ AppDelegate::AppDelegate(Platform platform)
                  .paster = m_paster,
                  .history = m_history,
                  .sounds = *m_platform.sounds},
-                *this) {
+                *this),
+      m_restart([this] { return m_parakeet.ready() && m_session.isTranscribing(); },
+                [this] { restartServerNow(); }) {
     statusItem = makeStatusItem();
     m_troubles.onReason = [this] { showReason(); };
     m_troubles.onRemedy = [this](Trouble trouble) { help(trouble); };
@@ -97,6 +99,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 }
 
 void AppDelegate::applicationWillTerminate() {
+    m_restart.cancel();
     m_session.giveUp();
     m_parakeet.stop();
     m_downloader.stop();
@@ -110,7 +113,7 @@ void AppDelegate::activate() {
         windows->openSettings();
 }
 
-void AppDelegate::restartServer() {
+void AppDelegate::restartServerNow() {
     setState(IconState::warming);
     const QString model = modelPath(modelInfo(cfg.model).file);
     m_troubles.serverStarts(model);
@@ -281,16 +284,13 @@ void AppDelegate::storeCapturedChord(const ChordCaptured& captured) {
 }
 
 void AppDelegate::dictationEnded() {
+    m_restart.review();
     m_troubles.dictationEnded();
     showReason();
 }
 
 bool AppDelegate::accessibilityTrusted() const {
     return m_permissions.accessibilityGranted();
-}
-
-bool AppDelegate::serverReady() const {
-    return m_parakeet.ready();
 }
 
 }  // namespace sayloft

@@ -4,6 +4,7 @@
 #include "app/ChordMachine.h"
 #include "app/DictationSession.h"
 #include "app/ModelActions.h"
+#include "app/PatientRestart.h"
 #include "app/StatusItem.h"
 #include "app/TroubleWatch.h"
 #include "app/Windows.h"
@@ -46,8 +47,9 @@ public:
     /// Another copy of the program was started: this one comes to the front.
     void activate();
 
-    /// Restarts the speech server with the configured model, without waiting for it.
-    void restartServer() override;
+    /// Restarts the speech server with the configured model, without waiting for it. A dictation
+    /// that it is transcribing may end first.
+    void restartServer() override { m_restart.request(); }
     void checkPermissions();
     void quit();
 
@@ -91,6 +93,7 @@ public:
 
 private:
     [[nodiscard]] std::unique_ptr<StatusItem> makeStatusItem();
+    void restartServerNow();
     void installEventTap();
     void createOverlay();
     void openOnboardingIfNeeded();
@@ -101,7 +104,7 @@ private:
 
     [[nodiscard]] Overlay* dictationOverlay() override { return overlay.get(); }
     [[nodiscard]] bool accessibilityTrusted() const override;
-    [[nodiscard]] bool serverReady() const override;
+    [[nodiscard]] bool serverReady() const override { return m_parakeet.ready(); }
     void dictationEnded() override;
     [[nodiscard]] Overlay* configuredOverlay() override { return overlay.get(); }
     [[nodiscard]] Windows* openWindows() override { return windows.get(); }
@@ -119,8 +122,9 @@ private:
     Downloader m_downloader;
     ModelActions m_models;
     std::unique_ptr<Updater> m_updater;  ///< made on first use
-    // Last, so that it is destroyed first: its threads use the objects above.
+    // Late, so that it is destroyed early: its threads use the objects above.
     DictationSession m_session;
+    PatientRestart m_restart;
 };
 
 }  // namespace sayloft

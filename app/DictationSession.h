@@ -70,6 +70,7 @@ public:
     /// Shows the error icon for a moment.
     void flashError();
 
+    [[nodiscard]] bool isTranscribing() const { return !m_transcribing.empty(); }
     [[nodiscard]] const RunningDictation& running() const { return m_running; }
 
 private:

@@ -38,15 +38,17 @@ TroubleText troubleText(Trouble trouble) {
                     QStringLiteral("Settings")};
         case Trouble::diskFull:
             return {QStringLiteral("disk full"), QStringLiteral("The disk is full"),
-                    QStringLiteral("Sayloft has no room in ~/.sayloft for what you say, nor for "
-                                   "the settings and the history. Make room; nothing needs to be "
-                                   "started anew.")};
+                    QStringLiteral("There is no room in ~/.sayloft for the settings and the "
+                                   "history. What you say is kept in memory and transcribed all "
+                                   "the same, up to ten minutes at a time. Make room; nothing "
+                                   "needs to be started anew.")};
         case Trouble::folderRefuses:
             return {QStringLiteral("~/.sayloft not writable"),
                     QStringLiteral("Sayloft cannot write to its folder"),
-                    QStringLiteral("What you say is kept for a moment in ~/.sayloft, which is "
-                                   "read-only or belongs to somebody else, so that nothing can be "
-                                   "dictated. Give yourself the right to write there.")};
+                    QStringLiteral("~/.sayloft is read-only or belongs to somebody else, so that "
+                                   "neither settings nor history are saved. What you say is kept "
+                                   "in memory and transcribed all the same, up to ten minutes at "
+                                   "a time. Give yourself the right to write there.")};
         case Trouble::soundServerGone:
             return {QStringLiteral("no sound server"),
                     QStringLiteral("Sayloft finds no sound server"),
@@ -68,13 +70,15 @@ TroubleText troubleText(Trouble trouble) {
                                    "itself."),
                     QStringLiteral("What to do")};
         case Trouble::settingsUnreadable:
-            return {QStringLiteral("settings unreadable"),
-                    QStringLiteral("Sayloft cannot read its settings"),
-                    QStringLiteral("The defaults, or what was saved last, count instead of "
-                                   "~/.sayloft/config.json, which is damaged or out of reach. "
-                                   "~/.sayloft/sayloft.log tells more; a "
-                                   "damaged text is kept in config.json.broken. Put it right, then "
-                                   "start Sayloft anew.")};
+            return {
+                QStringLiteral("settings unreadable"),
+                QStringLiteral("Sayloft cannot read its settings"),
+                QStringLiteral("The defaults, or what was saved last, count instead of "
+                               "~/.sayloft/config.json, which is damaged or out of reach. "
+                               "~/.sayloft/sayloft.log tells more; a "
+                               "damaged text is kept in config.json.broken, what was saved before "
+                               "it in config.json.last-good. Put it right, then start Sayloft "
+                               "anew.")};
         case Trouble::noTrayHost:
             return {QStringLiteral("no place for the icon"),
                     QStringLiteral("Sayloft runs, but its icon has no place"),

@@ -3,10 +3,12 @@
 
 #include "models/Paths.h"
 #include "storage/Log.h"
+#include "storage/WholeFile.h"
 
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <cstdio>
 #include <mutex>
 
@@ -14,6 +16,22 @@ namespace sayloft {
 namespace {
 
 constexpr qint64 headerSize = 44;
+
+bool rename(const QString& from, const QString& to) {
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+/// One that was kept in memory, for want of room, may find some now.
+bool copy(const QString& from, const QString& to) {
+    const QString part = to + QStringLiteral(".part");
+    const auto sound = readWholeFile(from);
+    const bool isCopied = sound && writeWholeFile(part, *sound) && rename(part, to);
+    const int reason = errno;
+    if (!isCopied)
+        QFile::remove(part);
+    errno = reason;
+    return isCopied;
+}
 
 std::mutex mutex;
 std::uint64_t keptDictation = 0;  // guarded by mutex; 0: an earlier run's, or none
@@ -35,9 +53,7 @@ void FailedRecording::keep(const QString& recording, std::uint64_t dictation) {
     if (dictation < keptDictation)
         return;
     // Moved and not copied: that works on a disk without room too, and is whole at every instant.
-    const int result = std::rename(QFile::encodeName(recording).constData(),
-                                   QFile::encodeName(file()).constData());
-    if (result == 0)
+    if (rename(recording, file()) || (errno == EXDEV && copy(recording, file())))
         keptDictation = dictation;
     else
         logf(QStringLiteral("the recording could not be kept: ") + qt_error_string());

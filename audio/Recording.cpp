@@ -15,8 +15,8 @@ Recording::~Recording() {
 }
 
 QString Recording::waitUntilFinished(std::chrono::milliseconds deadline) const {
-    m_pipeline->waitUntilComplete(deadline);
-    return path();
+    const auto memory = m_pipeline->waitUntilComplete(deadline);
+    return memory ? memory->path() : path();
 }
 
 }  // namespace sayloft

@@ -25,8 +25,9 @@ public:
     [[nodiscard]] const QString& path() const { return m_name->path(); }
 
     /// The last word comes about 0.1 s after `Recorder::stop()`: waits for it, but no longer than
-    /// `deadline`, then as long as the disk takes, and returns the path of the complete file.
-    /// Blocks, so never on the main thread.
+    /// `deadline`, then as long as the disk takes, and returns the path of the complete file: that
+    /// of one in memory, good as long as this object lives, where the disk did not take it. Blocks,
+    /// so never on the main thread.
     QString waitUntilFinished(std::chrono::milliseconds deadline = std::chrono::seconds(2)) const;
 
 private:

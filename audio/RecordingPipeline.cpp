@@ -39,13 +39,14 @@ std::optional<QString> RecordingPipeline::startError() const {
     return m_error;
 }
 
-void RecordingPipeline::waitUntilComplete(std::chrono::milliseconds deadline) {
+std::shared_ptr<MemoryFile> RecordingPipeline::waitUntilComplete(
+    std::chrono::milliseconds deadline) {
     {
         std::unique_lock lock(m_mutex);
         m_endedCondition.wait_for(lock, deadline, [this] { return m_ended.load(); });
         closeLocked();
     }
-    m_writer->waitUntilClosed();
+    return m_writer->waitUntilClosed();
 }
 
 void RecordingPipeline::close() {

@@ -37,8 +37,9 @@ public:
     [[nodiscard]] bool hasEnded() const { return m_ended.load(); }
 
     /// Waits for `end`, but no longer than `deadline`, and then until the disk has all that has
-    /// come. Never called on the main thread.
-    void waitUntilComplete(std::chrono::milliseconds deadline);
+    /// come. Returns where the file is if it is not on the disk; it stays there as long as this
+    /// object lives. Never called on the main thread.
+    std::shared_ptr<MemoryFile> waitUntilComplete(std::chrono::milliseconds deadline);
     /// Has the file completed with what has come; whatever comes later is dropped. Any thread.
     void close();
 

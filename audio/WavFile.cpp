@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "audio/WavFile.h"
 
+#include "storage/Log.h"
+
 #include <QFile>
 
 #include <algorithm>
@@ -14,6 +16,7 @@ namespace sayloft {
 namespace {
 
 constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
+constexpr off_t headerSize = 44;
 
 int openForUserAlone(const QString& path) {
     const QByteArray name = QFile::encodeName(path);
@@ -36,24 +39,80 @@ SF_INFO monoPcm16() {
 
 std::optional<WavFile> WavFile::create(const QString& path) {
     const int descriptor = openForUserAlone(path);
+    Sound file = open(descriptor);
+    return file ? std::optional(WavFile(std::move(file), descriptor)) : std::nullopt;
+}
+
+std::optional<WavFile> WavFile::createInMemory() {
+    auto memory = MemoryFile::create();
+    if (!memory)
+        return std::nullopt;
+    const int descriptor = ::fcntl(memory->descriptor(), F_DUPFD_CLOEXEC, 0);
+    Sound file = open(descriptor);
+    if (!file)
+        return std::nullopt;
+    WavFile wav(std::move(file), descriptor);
+    wav.m_memory = std::move(memory);
+    return wav;
+}
+
+WavFile::Sound WavFile::open(int descriptor) {
     if (descriptor < 0)
-        return std::nullopt;
+        return nullptr;
     SF_INFO info = monoPcm16();
-    SNDFILE* const file = sf_open_fd(descriptor, SFM_WRITE, &info, SF_TRUE);
-    if (file == nullptr) {
+    Sound file(sf_open_fd(descriptor, SFM_WRITE, &info, SF_TRUE));
+    if (!file) {
         ::close(descriptor);
-        return std::nullopt;
+        return nullptr;
     }
-    sf_command(file, SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
-    sf_command(file, SFC_UPDATE_HEADER_NOW, nullptr, 0);
-    return WavFile(file);
+    sf_command(file.get(), SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
+    sf_command(file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
+    return sf_error(file.get()) == SF_ERR_NO_ERROR ? std::move(file) : nullptr;
 }
 
 bool WavFile::write(std::span<const float> samples) {
-    m_pcm.resize(samples.size());
-    std::transform(samples.begin(), samples.end(), m_pcm.begin(), toPcm16);
-    const auto count = static_cast<sf_count_t>(m_pcm.size());
-    return sf_write_short(m_file.get(), m_pcm.data(), count) == count;
+    std::vector<std::int16_t> pcm = std::exchange(m_pcm, {});
+    pcm.resize(samples.size());
+    std::transform(samples.begin(), samples.end(), pcm.begin(), toPcm16);
+    const std::int64_t before = m_frames;
+    bool isWritten = writePcm(pcm);
+    if (!isWritten && moveToMemory())
+        isWritten = writePcm(std::span(pcm).subspan(static_cast<std::size_t>(m_frames - before)));
+    m_pcm = std::move(pcm);
+    return isWritten;
+}
+
+bool WavFile::writePcm(std::span<const std::int16_t> samples) {
+    const auto count = static_cast<sf_count_t>(samples.size());
+    if (m_memory && m_frames + count > mostFramesInMemory)
+        return false;
+    const sf_count_t written = sf_write_short(m_file.get(), samples.data(), count);
+    m_frames += std::max<sf_count_t>(written, 0);
+    // A header that could not be brought up to date counts too: where it was to be is where the
+    // next samples would go.
+    return written == count && sf_error(m_file.get()) == SF_ERR_NO_ERROR;
+}
+
+bool WavFile::moveToMemory() {
+    if (m_memory || m_frames > mostFramesInMemory)
+        return false;
+    std::optional<WavFile> copy = createInMemory();
+    if (!copy || !copy->append(m_descriptor, m_frames))
+        return false;
+    logf(QStringLiteral("the recording cannot be written — it goes on in memory"));
+    *this = std::move(*copy);
+    return true;
+}
+
+/// So many frames of another file as this one.
+bool WavFile::append(int descriptor, std::int64_t frames) {
+    std::vector<char> bytes(static_cast<std::size_t>(frames) * sizeof(std::int16_t));
+    const auto size = static_cast<ssize_t>(bytes.size());
+    if (::pread(descriptor, bytes.data(), bytes.size(), headerSize) != size ||
+        sf_write_raw(m_file.get(), bytes.data(), size) != size)
+        return false;
+    m_frames += frames;
+    return true;
 }
 
 std::int16_t WavFile::toPcm16(float sample) {

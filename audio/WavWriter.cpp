@@ -31,9 +31,10 @@ void WavWriter::close() {
         return;
     const auto finish = [target = std::exchange(m_target, nullptr)] {
         // Complete and given back before anybody is told.
+        auto memory = target->file->memory();
         target->file.reset();
         target->name.reset();
-        target->closed.set_value();
+        target->closed.set_value(std::move(memory));
     };
     // A recording that has not begun gives its name back at once.
     if (m_isQueued)

@@ -25,24 +25,25 @@ public:
     WavWriter(const WavWriter&) = delete;
     WavWriter& operator=(const WavWriter&) = delete;
 
-    /// Returns at once. What the disk refuses is lost; what comes later may fit again.
+    /// Returns at once. What the disk refuses is kept in memory, as far as that goes.
     void write(std::span<const float> samples);
     /// Returns at once; the file is complete when all that came before is written. Whatever comes
     /// later is dropped.
     void close();
-    /// Blocks as long as the disk does. Only after `close`. Any thread.
-    void waitUntilClosed() const { m_closed.wait(); }
+    /// Blocks as long as the disk does, and returns where the file is if it is not on the disk;
+    /// it stays there as long as this object lives. Only after `close`. Any thread.
+    [[nodiscard]] std::shared_ptr<MemoryFile> waitUntilClosed() const { return m_closed.get(); }
 
 private:
     struct Target {
         std::shared_ptr<RecordingFiles::Lease> name;
         std::optional<WavFile> file;
-        std::promise<void> closed;
+        std::promise<std::shared_ptr<MemoryFile>> closed;
     };
 
     QThreadPool& m_disk;
     std::shared_ptr<Target> m_target;
-    std::shared_future<void> m_closed;
+    std::shared_future<std::shared_ptr<MemoryFile>> m_closed;
     bool m_isQueued = false;
 };
 

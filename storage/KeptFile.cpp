@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "storage/KeptFile.h"
 
+#include "storage/AsidePlace.h"
 #include "storage/Json.h"
 #include "storage/Log.h"
 #include "storage/PrivateFolder.h"
@@ -60,6 +61,12 @@ bool rename(const QString& from, const QString& to) {
     return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
+/// Of a text that was to be put aside.
+QString fate(const std::optional<QString>& path) {
+    return path ? QStringLiteral("is kept in ") + QFileInfo(*path).fileName()
+                : QStringLiteral("could not be kept");
+}
+
 }  // namespace
 
 KeptFile::KeptFile(QString path, IsWhole isWhole) : m_path(std::move(path)), m_isWhole(isWhole) {}
@@ -76,6 +83,8 @@ KeptFile::Content KeptFile::read() const {
     if (isCutOffJson(*text)) {
         if (auto copy = wholeCopy())
             return {.text = std::move(copy), .source = Source::copy};
+        if (isCopyOutOfReach())
+            return {.text = std::nullopt, .source = Source::unreadable};
     }
     return {.text = std::move(text), .source = Source::broken};
 }
@@ -83,8 +92,7 @@ KeptFile::Content KeptFile::read() const {
 bool KeptFile::write(const QByteArray& text) const {
     makePrivateFolder(QFileInfo(m_path).path());
     const Copied copied = writeNewCopy(text);
-    // What is not longer than before finds its room in the file itself.
-    if (copied == Copied::noRoom && text.size() > QFileInfo(m_path).size())
+    if (copied == Copied::noRoom && !findsRoom(text))
         return false;
     // Nothing else is on the disk for certain.
     if (copied == Copied::yes && QFileInfo::exists(m_path) && !QFileInfo::exists(savedCopy()))
@@ -108,9 +116,8 @@ KeptFile::Source KeptFile::mend() const {
             finishSave(*content.text);
             break;
         case Source::broken:
-            log(QStringLiteral("is damaged: not read, its text is kept in ") +
-                QFileInfo(brokenText()).fileName());
             keepBroken(*content.text);
+            keepLastGood();
             break;
         case Source::unreadable:
             log(QStringLiteral("cannot be read"));
@@ -133,6 +140,21 @@ std::optional<QByteArray> KeptFile::wholeCopy() const {
     return std::nullopt;
 }
 
+bool KeptFile::isCopyOutOfReach() const {
+    const auto isOutOfReach = [](const QString& path) {
+        return QFileInfo::exists(path) && !readWholeFile(path);
+    };
+    return isOutOfReach(newCopy()) || isOutOfReach(savedCopy());
+}
+
+// What is not longer than before should find its room in the file itself. Where it does not after
+// all, the copy has what was there; of a broken text there may be none.
+bool KeptFile::findsRoom(const QByteArray& text) const {
+    const auto before = readWholeFile(m_path);
+    return before && text.size() <= before->size() && m_isWhole(*before) &&
+           QFileInfo::exists(savedCopy());
+}
+
 KeptFile::Copied KeptFile::writeNewCopy(const QByteArray& text) const {
     const std::lock_guard lock(disk().newCopies);
     // In place of an older one, which may be on its way to the disk or all that there is.
@@ -150,6 +172,8 @@ void KeptFile::saveNewCopy() const {
     QFile copy(newCopy());
     if (!copy.open(QIODevice::ReadOnly) || ::fsync(copy.handle()) != 0)
         return;
+    // Its name too: whoever finds a saved copy relies on it.
+    synchronise(QFileInfo(m_path).path());
     const std::lock_guard lock(disk().newCopies);
     // A later save has made another one, which is saved in its turn.
     if (isStillAt(newCopy(), copy.handle()))
@@ -178,14 +202,53 @@ void KeptFile::finishSave(const QByteArray& text) const {
     log(QStringLiteral("is cut off: read from its copy"));
     // Not only the beginning of what was to be saved: somebody has lost its end while changing it.
     const QByteArray cutOff = readWholeFile(m_path).value_or(QByteArray());
-    if (!text.startsWith(cutOff))
-        keepBroken(cutOff);
+    if (!text.startsWith(cutOff)) {
+        const auto kept = writeAside(cutOff, brokenText());
+        log(QStringLiteral("was changed: that text ") + fate(kept));
+        if (!kept)
+            return;
+    }
     write(text);
 }
 
+// Written, so that the file stays where the user looks for it, or moved, which takes no room.
 void KeptFile::keepBroken(const QByteArray& text) const {
-    if (!text.isEmpty())
-        writeWholeFile(brokenText(), text);
+    if (text.isEmpty())
+        return log(QStringLiteral("is empty: not read"));
+    auto kept = writeAside(text, brokenText());
+    if (!kept)
+        kept = moveAside(m_path, brokenText());
+    log(QStringLiteral("is damaged: not read, its text ") + fate(kept));
+}
+
+// The next save replaces it by what counts instead of the broken text.
+void KeptFile::keepLastGood() const {
+    for (const QString& copy : {newCopy(), savedCopy()}) {
+        const auto text = readWholeFile(copy);
+        // What cannot be read now may be all that there is.
+        if (!QFileInfo::exists(copy) || (text && !m_isWhole(*text)))
+            continue;
+        auto kept = text ? writeAside(*text, lastGood()) : std::nullopt;
+        if (!kept)
+            kept = moveAside(copy, lastGood());
+        return log(QStringLiteral("as it was saved last ") + fate(kept));
+    }
+}
+
+std::optional<QString> KeptFile::writeAside(const QByteArray& text, const QString& wanted) {
+    const AsidePlace place(wanted, text);
+    if (!place.hasText && !writeWholeFile(place.path, text)) {
+        QFile::remove(place.path);
+        return std::nullopt;
+    }
+    // Before the next copy, which may replace the only other one.
+    disk().thread.start([path = place.path] { synchronise(path); });
+    return place.path;
+}
+
+std::optional<QString> KeptFile::moveAside(const QString& from, const QString& wanted) {
+    const QString to = AsidePlace(wanted, {}).path;
+    return rename(from, to) ? std::optional(to) : std::nullopt;
 }
 
 void KeptFile::log(const QString& what) const {

@@ -27,7 +27,8 @@ public:
         file,        ///< the file itself
         copy,        ///< the file is cut off, as a save that was not finished leaves it
         broken,      ///< the file is not what it should be: somebody has changed it
-        unreadable,  ///< the file is there and cannot be read; the text is the copy's, if any
+        unreadable,  ///< the file or its copy is there and cannot be read; the text is the copy's,
+                     ///< if any
     };
     struct Content {
         std::optional<QByteArray> text;
@@ -44,8 +45,8 @@ public:
     bool write(const QByteArray& text) const;
 
     /// Once, before the first read and write: finishes a save that a crash has cut off, keeps a
-    /// broken text as "<path>.broken", sees to it that there is a copy, and logs what is not as it
-    /// should be.
+    /// broken text as "<path>.broken" and what was saved before it as "<path>.last-good", sees to
+    /// it that there is a copy, and logs what is not as it should be.
     Source mend() const;
 
     /// Waits until all that was saved is on the disk, but no longer than `deadline`.
@@ -57,13 +58,22 @@ private:
     [[nodiscard]] QString newCopy() const { return m_path + QStringLiteral(".new"); }
     [[nodiscard]] QString savedCopy() const { return m_path + QStringLiteral(".saved"); }
     [[nodiscard]] QString brokenText() const { return m_path + QStringLiteral(".broken"); }
+    [[nodiscard]] QString lastGood() const { return m_path + QStringLiteral(".last-good"); }
     [[nodiscard]] std::optional<QByteArray> wholeCopy() const;
+    [[nodiscard]] bool isCopyOutOfReach() const;
+    [[nodiscard]] bool findsRoom(const QByteArray& text) const;
     [[nodiscard]] Copied writeNewCopy(const QByteArray& text) const;
     void saveNewCopy() const;
     void saveNewCopyLater() const;
     void refreshCopy(const QByteArray& text) const;
     void finishSave(const QByteArray& text) const;
     void keepBroken(const QByteArray& text) const;
+    void keepLastGood() const;
+    /// Both return the path where the text is, in place of nothing else.
+    [[nodiscard]] static std::optional<QString> writeAside(const QByteArray& text,
+                                                           const QString& wanted);
+    [[nodiscard]] static std::optional<QString> moveAside(const QString& from,
+                                                          const QString& wanted);
     void log(const QString& what) const;
 
     QString m_path;

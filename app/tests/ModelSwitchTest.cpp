@@ -181,10 +181,29 @@ TEST_F(ModelSwitch, whileADictationIsBeingTranscribedLosesNothing) {
     dictate("the weather is nice today");
     ASSERT_TRUE(test::waitUntil([] { return helperIsAsked(); }));
     m_delegate->models().setModel(m_english);
+    // It does not answer any more, and is not waited for in vain.
     EXPECT_TRUE(waitForTranscript(QStringLiteral("the weather is nice today")))
         << m_home.log().toStdString();
     EXPECT_THAT(m_fakes.clipboard.texts, ElementsAre(QStringLiteral("the weather is nice today")));
     expectHelperWith(pathOfEnglish());
+}
+
+TEST_F(ModelSwitch, leavesTheHelperItsDictationWhereTheNextOneNeverComes) {
+    test::writeFile(pathOfEnglish(), "no model");
+    launch();
+    const auto before = helpers();
+    signalHelper(SIGSTOP);
+    dictate("the weather is nice today");
+    ASSERT_TRUE(test::waitUntil([] { return helperIsAsked(); }));
+    m_delegate->models().setModel(m_english);
+    test::turnEventLoopFor(2s);
+    EXPECT_EQ(helpers(), before);
+    signalHelper(SIGCONT);
+    EXPECT_TRUE(waitForTranscript(QStringLiteral("the weather is nice today")))
+        << m_home.log().toStdString();
+    EXPECT_TRUE(test::waitUntil([&] { return helpers() != before; }));
+    EXPECT_FALSE(m_delegate->parakeet().ready());
+    EXPECT_EQ(m_seen.back(), "warming");
 }
 
 TEST_F(ModelSwitch, downloadsTheModelAndOnlyThenEndsTheHelper) {

@@ -119,7 +119,33 @@ TEST_F(AKeptFile, thatTheUserBrokeGivesTheDefaultsAndKeepsItsTextAside) {
     Config().save();
     EXPECT_EQ(test::readFile(beside(".broken")), slip);
     EXPECT_EQ(m_home.log(), QStringLiteral("config.json is damaged: not read, its text is kept in "
-                                           "config.json.broken\n"));
+                                           "config.json.broken\n"
+                                           "config.json as it was saved last is kept in "
+                                           "config.json.last-good\n"));
+}
+
+TEST_F(AKeptFile, thatTheUserBrokeKeepsWhatWasSavedBefore) {
+    for (int start = 1; start <= 2; ++start) {
+        test::writeFile(Config::url(), "model = starter");
+        EXPECT_FALSE(mendStoredFiles());
+        Config().save();
+        KeptFile::waitForDisk(10s);
+    }
+    EXPECT_EQ(test::readFile(beside(".last-good")), m_text);
+    EXPECT_EQ(test::readFile(beside(".saved")), Config().encode());
+    EXPECT_EQ(test::readFile(beside(".last-good-2")), Config().encode());
+}
+
+TEST_F(AKeptFile, thatTheUserBrokeTwiceKeepsBothTextsEachOnce) {
+    for (const char* slip : {"one slip", "one slip", "another slip", "one slip", "another slip"}) {
+        test::writeFile(Config::url(), slip);
+        EXPECT_FALSE(mendStoredFiles());
+    }
+    EXPECT_EQ(test::readFile(beside(".broken")), "one slip");
+    EXPECT_EQ(test::readFile(beside(".broken-2")), "another slip");
+    EXPECT_FALSE(QFileInfo::exists(beside(".broken-3")));
+    EXPECT_TRUE(
+        m_home.log().contains(QStringLiteral("its text is kept in config.json.broken-2\n")));
 }
 
 TEST_F(AKeptFile, thatLostItsEndWhileTheUserChangedItIsKeptAsideToo) {

@@ -2,8 +2,12 @@
 #pragma once
 
 #include "tests/endtoend/DictationDesk.h"
+#include "tests/support/WaitUntil.h"
 
 #include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
 
 namespace sayloft::test {
 
@@ -29,6 +33,21 @@ protected:
         const std::vector<Samples> recordings = m_desk.recordings();
         ASSERT_FALSE(recordings.empty());
         expectSoundIn(recordings.back());
+    }
+
+    /// The program sleeps, as a computer does, from after the sound on until the chord is let go.
+    void sleepThroughADictation(std::chrono::milliseconds duration) {
+        m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+        m_desk.hold();
+        m_desk.room().play(m_desk.soundFile());
+        m_desk.sayloft().program().signal(SIGSTOP);
+        turnEventLoopFor(duration);
+        m_desk.letGo();
+        m_desk.sayloft().program().signal(SIGCONT);
+        ASSERT_TRUE(m_desk.waitForTranscripts(1));
+        expectSoundIn(m_desk.recordings().front());
+        ASSERT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 0; }));
+        expectSecondOneWorks();
     }
 
     /// After one dictation with the words "First": another one with the words "Second".

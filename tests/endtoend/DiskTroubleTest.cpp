@@ -26,11 +26,6 @@ protected:
         m_desk.startSayloft({RawAnswer::ok("words")});
     }
 
-    void tryToSpeak() {
-        for (const TestKeyboard::Key key : DictationDesk::dictate)
-            m_desk.keyboard().press(key);
-    }
-
     [[nodiscard]] bool tooltipSays(const QString& reason) const {
         return waitUntil(
             [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
@@ -44,26 +39,30 @@ protected:
     std::optional<SmallDisk> m_disk;
 };
 
-TEST_F(DiskTrouble, thatThereIsNoRoomIsToldUntilThereIsSome) {
+TEST_F(DiskTrouble, thatThereIsNoRoomIsToldUntilThereIsSomeAndCostsNoWords) {
     startOnSmallDisk();
     m_disk->fill();
-    tryToSpeak();
-    EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
-    EXPECT_TRUE(m_messages.hears("The disk is full"));
-    m_desk.letGo();
-    m_disk->makeRoom();
     m_desk.say();
     expectInEditor(QStringLiteral("words"));
+    expectWholeSoundInLastRecording();
+    EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
+    EXPECT_TRUE(m_messages.hears("The disk is full"));
+    m_disk->makeRoom();
+    m_desk.say();
+    expectInEditor(QStringLiteral("wordswords"));
     EXPECT_TRUE(tooltipSays(QStringLiteral("'Sayloft: ready'")));
     EXPECT_FALSE(m_client.property(QStringLiteral("ToolTip")).contains(QStringLiteral("full")));
+    EXPECT_TRUE(waitUntil([this] { return m_desk.history() == R"(["words","words"])"; }));
 }
 
-TEST_F(DiskTrouble, thatTheRoomEndsInADictationIsToldAfterIt) {
+TEST_F(DiskTrouble, thatTheRoomEndsInADictationIsToldAfterItAndCostsNoWords) {
     startOnSmallDisk();
     m_desk.hold();
     m_disk->fill();
     m_desk.room().play(m_desk.soundFile());
     m_desk.letGo();
+    expectInEditor(QStringLiteral("words"));
+    expectWholeSoundInLastRecording();
     EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
 }
 
@@ -82,16 +81,17 @@ TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeClearedAndCostsNoSettings) {
     EXPECT_EQ(readFile(m_desk.dataFile(QStringLiteral("config.json"))), settings);
 }
 
-TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
+TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNotAndCostsNoWords) {
     startOnSmallDisk();
     m_disk->makeReadOnly();
-    tryToSpeak();
-    EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
-    EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
-    m_desk.letGo();
-    m_disk->makeWritable();
     m_desk.say();
     expectInEditor(QStringLiteral("words"));
+    expectWholeSoundInLastRecording();
+    EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
+    EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
+    m_disk->makeWritable();
+    m_desk.say();
+    expectInEditor(QStringLiteral("wordswords"));
     EXPECT_TRUE(tooltipSaysNothing());
 }
 

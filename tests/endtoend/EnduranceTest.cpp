@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <csignal>
 #include <cstdio>
 #include <random>
 #include <thread>
@@ -124,17 +123,7 @@ TEST_F(Endurance, ofFiveHundredTapsLeavesTheProgramReady) {
 }
 
 TEST_F(Endurance, ofAMinuteAsleepInTheMiddleOfADictationLosesNothingOfIt) {
-    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
-    m_desk.hold();
-    m_desk.room().play(m_desk.soundFile());
-    m_desk.sayloft().program().signal(SIGSTOP);
-    turnEventLoopFor(60s);
-    m_desk.letGo();
-    m_desk.sayloft().program().signal(SIGCONT);
-    ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    expectSoundIn(m_desk.recordings().front());
-    ASSERT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 0; }));
-    expectSecondOneWorks();
+    sleepThroughADictation(60s);
 }
 
 /// Half an hour, unless SAYLOFT_HOLD_MINUTES says otherwise.
