@@ -45,10 +45,9 @@ TroubleText troubleText(Trouble trouble) {
         case Trouble::folderRefuses:
             return {QStringLiteral("~/.sayloft not writable"),
                     QStringLiteral("Sayloft cannot write to its folder"),
-                    QStringLiteral("~/.sayloft is read-only or belongs to somebody else, so that "
-                                   "neither settings nor history are saved. What you say is kept "
-                                   "in memory and transcribed all the same, up to ten minutes at "
-                                   "a time. Give yourself the right to write there.")};
+                    QStringLiteral("What you say is kept for a moment in ~/.sayloft, which is "
+                                   "read-only or belongs to somebody else, so that nothing can be "
+                                   "dictated. Give yourself the right to write there.")};
         case Trouble::soundServerGone:
             return {QStringLiteral("no sound server"),
                     QStringLiteral("Sayloft finds no sound server"),

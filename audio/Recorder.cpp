@@ -86,8 +86,6 @@ std::optional<Recorder::Run> Recorder::openRun(AudioFormat format) {
     makePrivateFolder(TEMP_DIR);
     std::shared_ptr<RecordingFiles::Lease> name = m_files->lease();
     std::optional<WavFile> file = WavFile::create(name->path());
-    if (!file && (file = WavFile::createInMemory()))
-        logf(QStringLiteral("could not open output file — recording in memory"));
     if (!file)
         return std::nullopt;
     auto writer = std::make_unique<WavWriter>(m_disk, name, std::move(*file));

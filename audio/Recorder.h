@@ -16,7 +16,7 @@
 namespace sayloft {
 
 /// Records the microphone into a WAV file as the speech helper takes it: 16 kHz, one channel,
-/// 16-bit; into memory where the disk does not take it. One object serves the whole run, one
+/// 16-bit; on in memory where the disk does not take more. One object serves the whole run, one
 /// recording at a time. Main thread.
 class Recorder {
 public:

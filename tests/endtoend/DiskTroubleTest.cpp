@@ -26,6 +26,11 @@ protected:
         m_desk.startSayloft({RawAnswer::ok("words")});
     }
 
+    void tryToSpeak() {
+        for (const TestKeyboard::Key key : DictationDesk::dictate)
+            m_desk.keyboard().press(key);
+    }
+
     [[nodiscard]] bool tooltipSays(const QString& reason) const {
         return waitUntil(
             [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
@@ -81,17 +86,16 @@ TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeClearedAndCostsNoSettings) {
     EXPECT_EQ(readFile(m_desk.dataFile(QStringLiteral("config.json"))), settings);
 }
 
-TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNotAndCostsNoWords) {
+TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
     startOnSmallDisk();
     m_disk->makeReadOnly();
-    m_desk.say();
-    expectInEditor(QStringLiteral("words"));
-    expectWholeSoundInLastRecording();
+    tryToSpeak();
     EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
     EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
+    m_desk.letGo();
     m_disk->makeWritable();
     m_desk.say();
-    expectInEditor(QStringLiteral("wordswords"));
+    expectInEditor(QStringLiteral("words"));
     EXPECT_TRUE(tooltipSaysNothing());
 }
 

@@ -70,7 +70,6 @@ const QString always = QStringLiteral("1+");
 INSTANTIATE_TEST_SUITE_P(
     The, ADictationOnAFailingDisk,
     testing::Values(
-        Failing{"recordingCanNeverBeOpened", recording, open, always},
         Failing{"recordingCanNeverBeWritten", recording, write, always},
         Failing{"recordingCannotBeWrittenOnce", recording, write, QStringLiteral("5")},
         Failing{"recordingCannotBeWrittenOnceLater", recording, write, QStringLiteral("6")},
