@@ -7,7 +7,7 @@ set -eu
 build=$1
 shift
 tests=$PWD/tests
-export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1"
+export ASAN_OPTIONS="detect_leaks=1"
 export LSAN_OPTIONS="suppressions=$tests/lsan.supp:print_suppressions=0"
 export UBSAN_OPTIONS="print_stacktrace=1"
 export TSAN_OPTIONS="suppressions=$tests/tsan.supp:second_deadlock_stack=1"

@@ -117,7 +117,7 @@ TEST_F(AKilledSave, isNotOneThatWaitedForTheDisk) {
             numbers += program.standardOutput();
             return numbers.size() >= states * qsizetype{sizeof(int)};
         },
-        5s));
+        30s));
     // strace itself does not heed SIGTERM.
     program.signal(SIGKILL);
     program.end();

@@ -70,7 +70,8 @@ Samples readSound(const QString& path) {
     const QByteArray raw = run(QStringLiteral("sox"), QStringList{path} + rawFormat(16000) +
                                                           QStringList{QStringLiteral("-")});
     Samples samples(static_cast<std::size_t>(raw.size()) / sizeof(std::int16_t));
-    std::memcpy(samples.data(), raw.constData(), samples.size() * sizeof(std::int16_t));
+    if (!samples.empty())
+        std::memcpy(samples.data(), raw.constData(), samples.size() * sizeof(std::int16_t));
     return samples;
 }
 
