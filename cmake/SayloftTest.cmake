@@ -37,13 +37,21 @@ function(sayloft_test name)
     if("threads" IN_LIST arg_LABELS)
         add_dependencies(threaded_tests ${name})
     endif()
+    # What only one test may use at a time is used from the first minute on, beside all other tests;
+    # otherwise it would all be left for the end, one after another.
+    set(cost 0)
+    if("helper" IN_LIST arg_LOCKS)
+        set(cost 2)
+    elseif("realtime" IN_LIST arg_LOCKS)
+        set(cost 1)
+    endif()
     # WORKAROUND: gtest_discover_tests of CMake 3.25 keeps only the first of several locks or labels,
     # so they are set on its list of tests.
     set(properties "${CMAKE_CURRENT_BINARY_DIR}/${name}_properties.cmake")
     file(CONFIGURE OUTPUT "${properties}" @ONLY CONTENT [[
 if(@name@_TESTS)
     set_tests_properties(${@name@_TESTS} PROPERTIES
-        RESOURCE_LOCK "@arg_LOCKS@" LABELS "@arg_LABELS@")
+        RESOURCE_LOCK "@arg_LOCKS@" LABELS "@arg_LABELS@" COST @cost@)
 endif()
 ]])
     set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES "${properties}")

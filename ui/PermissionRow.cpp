@@ -3,28 +3,25 @@
 
 #include "ui/GlyphText.h"
 #include "ui/SmallButton.h"
-#include "ui/TextLook.h"
+#include "ui/TextLabel.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 
 namespace sayloft {
 namespace {
 
-constexpr int statusWidth = 110;
 constexpr int spacing = 10;
 
 }  // namespace
 
 PermissionRow::PermissionRow(const Texts& texts)
     : m_name(texts.name),
-      m_status(new QLabel),
-      m_statusLook(new TextLook(m_status, {.size = 12, .role = TextRole::warning})) {
+      m_status(new TextLabel(QString(),
+                             {.look = {.size = 12, .role = TextRole::warning}, .width = 110})) {
     auto* button = new SmallButton(QStringLiteral("Open Settings"));
     button->setAccessibleName(QStringLiteral("Open Settings: ") + texts.name);
     button->setAccessibleDescription(texts.settings);
     button->setToolTip(texts.settings);
-    m_status->setMinimumWidth(statusWidth);
     m_status->setToolTip(texts.meaning);
     m_status->setAccessibleDescription(texts.meaning);
     auto* row = new QHBoxLayout(this);
@@ -42,7 +39,7 @@ void PermissionRow::setPermLabel(bool isGranted) {
     const QString sign = isGranted ? QStringLiteral("✓ ") : QStringLiteral("✕ ");
     m_status->setText(displayable(sign + state, state, m_status->font()));
     m_status->setAccessibleName(m_name + QStringLiteral(": ") + state);
-    m_statusLook->setRole(isGranted ? TextRole::good : TextRole::warning);
+    m_status->setRole(isGranted ? TextRole::good : TextRole::warning);
 }
 
 }  // namespace sayloft

@@ -3,11 +3,9 @@
 
 #include <QWidget>
 
-class QLabel;
-
 namespace sayloft {
 
-class TextLook;
+class TextLabel;
 
 /// Whether something is allowed, and the way to the settings of the system where it is decided.
 class PermissionRow : public QWidget {
@@ -29,8 +27,7 @@ Q_SIGNALS:
 
 private:
     QString m_name;
-    QLabel* m_status;
-    TextLook* m_statusLook;
+    TextLabel* m_status;
 };
 
 }  // namespace sayloft

@@ -8,6 +8,7 @@
 #include "ui/PermissionRow.h"
 #include "ui/PopUpButton.h"
 #include "ui/RoomyButton.h"
+#include "ui/TextLabel.h"
 #include "ui/TextLook.h"
 #include "ui/TimingRow.h"
 
@@ -27,7 +28,6 @@ constexpr int rowSpacing = 9;
 constexpr int columnSpacing = 16;
 constexpr int blockSpacing = 12;
 constexpr int modelSpacing = 8;
-constexpr int helpWidth = 560;
 
 QLabel* rowLabel(const QString& text, QWidget* control) {
     auto* label = new QLabel(text);
@@ -180,16 +180,13 @@ QWidget* SettingsForm::makeModelList() {
 QWidget* SettingsForm::helpLabel() {
     const QString combos = displayable(QStringLiteral("⌥, ⌘⇧, ⌃⌥, Fn…"),
                                        QStringLiteral("Alt, Shift+Super, Ctrl+Alt, Fn…"));
-    auto* help = new QLabel(
+    return new TextLabel(
         QStringLiteral("Hotkeys: add modifier combos (") + combos +
-        QStringLiteral(
-            ") — any starts dictation; “Dictate + Enter” also presses Return. Parakeet "
-            "auto-detects the language and adds punctuation. Microphone: built-in keeps Bluetooth "
-            "output in high quality. Click a chip to remove it."));
-    new TextLook(help, {.size = 11, .role = TextRole::tertiary});
-    help->setWordWrap(true);
-    help->setFixedWidth(helpWidth);
-    return help;
+            QStringLiteral(") — any starts dictation; “Dictate + Enter” also presses Return. "
+                           "Parakeet auto-detects the language and adds punctuation. Microphone: "
+                           "built-in keeps Bluetooth output in high quality. Click a chip to "
+                           "remove it."),
+        {.look = {.size = 11, .role = TextRole::tertiary}, .width = 560, .wraps = true});
 }
 
 }  // namespace sayloft

@@ -64,6 +64,9 @@ INSTANTIATE_TEST_SUITE_P(Pages, TheRecorderOnADiskOf, testing::Values(4, 8, 20, 
 
 TEST_F(TheRecorderOnAFullDisk, hearsEveryWordAndKeepsItWhenThereIsRoomAgain) {
     SmallDisk disk(TEMP_DIR, "size=64k");
+    // The file is there from an earlier one: no new one would be, on this disk.
+    m_recorder.start();
+    ASSERT_FALSE(m_recorder.stop()->waitUntilFinished().isEmpty());
     disk.fill();
     record();
     const std::shared_ptr<Recording> recording = m_recorder.stop();

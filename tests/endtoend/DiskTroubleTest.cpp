@@ -46,18 +46,20 @@ protected:
 
 TEST_F(DiskTrouble, thatThereIsNoRoomIsToldUntilThereIsSomeAndCostsNoWords) {
     startOnSmallDisk();
-    m_disk->fill();
     m_desk.say();
     expectInEditor(QStringLiteral("words"));
+    m_disk->fill();
+    m_desk.say();
+    expectInEditor(QStringLiteral("wordswords"));
     expectWholeSoundInLastRecording();
     EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
     EXPECT_TRUE(m_messages.hears("The disk is full"));
     m_disk->makeRoom();
     m_desk.say();
-    expectInEditor(QStringLiteral("wordswords"));
+    expectInEditor(QStringLiteral("wordswordswords"));
     EXPECT_TRUE(tooltipSays(QStringLiteral("'Sayloft: ready'")));
     EXPECT_FALSE(m_client.property(QStringLiteral("ToolTip")).contains(QStringLiteral("full")));
-    EXPECT_TRUE(waitUntil([this] { return m_desk.history() == R"(["words","words"])"; }));
+    EXPECT_TRUE(waitUntil([this] { return m_desk.history() == R"(["words","words","words"])"; }));
 }
 
 TEST_F(DiskTrouble, thatTheRoomEndsInADictationIsToldAfterItAndCostsNoWords) {
