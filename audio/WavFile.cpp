@@ -27,6 +27,10 @@ int openForUserAlone(const QString& path) {
     return ::open(name.constData(), O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, ownerOnly);
 }
 
+void logInMemory() {
+    logf(QStringLiteral("the recording cannot be written — it goes on in memory"));
+}
+
 SF_INFO monoPcm16() {
     SF_INFO info = {};
     info.samplerate = static_cast<int>(WavFile::sampleRate);
@@ -39,8 +43,12 @@ SF_INFO monoPcm16() {
 
 std::optional<WavFile> WavFile::create(const QString& path) {
     const int descriptor = openForUserAlone(path);
-    Sound file = open(descriptor);
-    return file ? std::optional(WavFile(std::move(file), descriptor)) : std::nullopt;
+    if (descriptor < 0)
+        return std::nullopt;
+    if (Sound file = open(descriptor))
+        return WavFile(std::move(file), descriptor);
+    logInMemory();
+    return createInMemory();
 }
 
 std::optional<WavFile> WavFile::createInMemory() {
@@ -99,7 +107,7 @@ bool WavFile::moveToMemory() {
     std::optional<WavFile> copy = createInMemory();
     if (!copy || !copy->append(m_descriptor, m_frames))
         return false;
-    logf(QStringLiteral("the recording cannot be written — it goes on in memory"));
+    logInMemory();
     *this = std::move(*copy);
     return true;
 }
