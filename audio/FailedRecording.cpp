@@ -9,7 +9,6 @@
 #include <QFileInfo>
 
 #include <cerrno>
-#include <cstdio>
 #include <mutex>
 
 namespace sayloft {
@@ -17,15 +16,11 @@ namespace {
 
 constexpr qint64 headerSize = 44;
 
-bool rename(const QString& from, const QString& to) {
-    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
-}
-
 /// One that was kept in memory, for want of room, may find some now.
 bool copy(const QString& from, const QString& to) {
     const QString part = to + QStringLiteral(".part");
     const auto sound = readWholeFile(from);
-    const bool isCopied = sound && writeWholeFile(part, *sound) && rename(part, to);
+    const bool isCopied = sound && writeWholeFile(part, *sound) && moveFile(part, to);
     const int reason = errno;
     if (!isCopied)
         QFile::remove(part);
@@ -53,7 +48,7 @@ void FailedRecording::keep(const QString& recording, std::uint64_t dictation) {
     if (dictation < keptDictation)
         return;
     // Moved and not copied: that works on a disk without room too, and is whole at every instant.
-    if (rename(recording, file()) || (errno == EXDEV && copy(recording, file())))
+    if (moveFile(recording, file()) || (errno == EXDEV && copy(recording, file())))
         keptDictation = dictation;
     else
         logf(QStringLiteral("the recording could not be kept: ") + qt_error_string());

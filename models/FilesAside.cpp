@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "models/FilesAside.h"
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "storage/WholeFile.h"
 
-#include <cstdio>
+#include <QDir>
+#include <QFileInfo>
 
 namespace sayloft {
 namespace {
@@ -18,8 +17,7 @@ QString suffix() {
 
 std::optional<QString> putAside(const QString& path) {
     QString aside = path + suffix();
-    // Not through QFile, which renames over no file that is left from before.
-    if (std::rename(QFile::encodeName(path).constData(), QFile::encodeName(aside).constData()) != 0)
+    if (!moveFile(path, aside))
         return std::nullopt;
     return aside;
 }

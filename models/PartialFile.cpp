@@ -2,13 +2,13 @@
 #include "models/PartialFile.h"
 
 #include "storage/PrivateFolder.h"
+#include "storage/WholeFile.h"
 
 #include <QFileInfo>
 #include <QStorageInfo>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 
 #include <unistd.h>
 
@@ -62,9 +62,7 @@ bool PartialFile::append(QByteArrayView bytes) {
 
 bool PartialFile::putInPlace() {
     m_file.close();
-    const QByteArray from = QFile::encodeName(path());
-    const QByteArray to = QFile::encodeName(m_destination);
-    if (std::rename(from.constData(), to.constData()) != 0)
+    if (!moveFile(path(), m_destination))
         return failed(qt_error_string(errno));
     QFile::remove(notePath());
     return true;

@@ -12,7 +12,6 @@
 #include <QThreadPool>
 
 #include <cerrno>
-#include <cstdio>
 #include <mutex>
 #include <utility>
 
@@ -57,10 +56,6 @@ bool isStillAt(const QString& path, int descriptor) {
 }
 
 /// In one step, in place of what is there.
-bool rename(const QString& from, const QString& to) {
-    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
-}
-
 /// Of a text that was to be put aside.
 QString fate(const std::optional<QString>& path) {
     return path ? QStringLiteral("is kept in ") + QFileInfo(*path).fileName()
@@ -162,7 +157,7 @@ KeptFile::Copied KeptFile::writeNewCopy(const QByteArray& text) const {
     if (!copy.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered, ownersAlone))
         return errno == ENOSPC || errno == EDQUOT ? Copied::noRoom : Copied::impossible;
     const bool isComplete = copy.write(text) == text.size();
-    if (isComplete && rename(copy.fileName(), newCopy()))
+    if (isComplete && moveFile(copy.fileName(), newCopy()))
         return Copied::yes;
     copy.remove();
     return isComplete ? Copied::impossible : Copied::noRoom;
@@ -177,7 +172,7 @@ void KeptFile::saveNewCopy() const {
     const std::lock_guard lock(disk().newCopies);
     // A later save has made another one, which is saved in its turn.
     if (isStillAt(newCopy(), copy.handle()))
-        static_cast<void>(rename(newCopy(), savedCopy()));
+        static_cast<void>(moveFile(newCopy(), savedCopy()));
 }
 
 void KeptFile::saveNewCopyLater() const {
@@ -248,7 +243,7 @@ std::optional<QString> KeptFile::writeAside(const QByteArray& text, const QStrin
 
 std::optional<QString> KeptFile::moveAside(const QString& from, const QString& wanted) {
     const QString to = AsidePlace(wanted, {}).path;
-    return rename(from, to) ? std::optional(to) : std::nullopt;
+    return moveFile(from, to) ? std::optional(to) : std::nullopt;
 }
 
 void KeptFile::log(const QString& what) const {

@@ -6,6 +6,8 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cstdio>
+
 namespace sayloft {
 
 std::optional<QByteArray> readWholeFile(const QString& path) {
@@ -25,6 +27,11 @@ bool writeWholeFile(const QString& path, const QByteArray& content) {
     return file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered,
                      ownersAlone) &&
            file.write(content) == content.size();
+}
+
+// Not through QFile, which moves over no other file.
+bool moveFile(const QString& from, const QString& to) {
+    return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
 }  // namespace sayloft

@@ -15,4 +15,8 @@ namespace sayloft {
 /// alone. False when not all of it was written.
 bool writeWholeFile(const QString& path, const QByteArray& content);
 
+/// Gives a file another name, in one step and over what has that name; not from one file system to
+/// another. False with the reason in errno.
+[[nodiscard]] bool moveFile(const QString& from, const QString& to);
+
 }  // namespace sayloft

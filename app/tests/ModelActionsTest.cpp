@@ -110,6 +110,15 @@ TEST_F(Models, inUseAreNotDeleted) {
     EXPECT_THAT(m_host.seen, IsEmpty());
 }
 
+TEST_F(Models, areInUseByTheNameThatIsConfiguredOnly) {
+    m_cfg.model = QStringLiteral("unknown");
+    const QString first = MODELS.front().key;
+    provideModel(first);
+    m_models.deleteModel(first);
+    EXPECT_FALSE(QFileInfo::exists(pathOf(first)));
+    EXPECT_EQ(m_home.log(), QStringLiteral("deleted model ") + first + QLatin1Char('\n'));
+}
+
 TEST_F(Models, thatAreBundledAreNotDeleted) {
     const QString key = QStringLiteral("starter");
     const QString bundled =
