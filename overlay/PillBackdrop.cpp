@@ -10,9 +10,6 @@
 namespace sayloft {
 namespace {
 
-/// From here on no colour differs from that of a pill that is fully there.
-constexpr double fullFrom = 0.999;
-
 /// How much of the body is there to keep white figures readable over a white page.
 double bodyOpacity(PillBackground background) {
     switch (background) {
@@ -48,25 +45,15 @@ void draw(QPainter& painter, const PillBackdrop::Look& look) {
 
 }  // namespace
 
-void PillBackdrop::paint(QPainter& painter, Look look) {
-    if (look.presence < fullFrom) {
+void PillBackdrop::paint(QPainter& painter, const Look& look) {
+    if (look.presence < 1) {
         draw(painter, look);
         return;
     }
-    look.presence = 1;
-    const double scale = painter.device()->devicePixelRatioF();
-    if (m_kept.isNull() || m_kept.devicePixelRatioF() != scale || m_keptLook != look)
-        keep(look, scale);
-    painter.drawPixmap(0, 0, m_kept);
-}
-
-void PillBackdrop::keep(const Look& look, double scale) {
-    m_kept = QPixmap((scale * QSizeF(PillGeometry::viewW, PillGeometry::viewH)).toSize());
-    m_kept.setDevicePixelRatio(scale);
-    m_kept.fill(Qt::transparent);
+    if (m_keptLook != look)
+        m_kept.forget();
     m_keptLook = look;
-    QPainter painter(&m_kept);
-    draw(painter, look);
+    m_kept.paint(painter, [&look](QPainter& picture) { draw(picture, look); });
 }
 
 }  // namespace sayloft

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QPixmap>
+#include "overlay/KeptPicture.h"
 
 class QPainter;
 
@@ -27,12 +27,10 @@ public:
     };
 
     /// Draws into a view of 340 by 110 points.
-    void paint(QPainter& painter, Look look);
+    void paint(QPainter& painter, const Look& look);
 
 private:
-    void keep(const Look& look, double scale);
-
-    QPixmap m_kept;
+    KeptPicture m_kept;
     Look m_keptLook{};
 };
 

@@ -10,18 +10,25 @@
 #include <algorithm>
 
 namespace sayloft {
+namespace {
+
+/// From here on no colour differs from that of a pill that is fully there.
+constexpr double fullFrom = 0.999;
+
+}  // namespace
+
 PillPainter::PillPainter(QPainter& painter, const PillAnimation& pill, PillAnimation::TimePoint now)
     : m_painter(painter),
       m_pill(pill),
       m_now(now),
-      m_presence(std::clamp(pill.presence, 0.0, 1.0)) {}
+      m_presence(pill.presence < fullFrom ? std::max(pill.presence, 0.0) : 1.0) {}
 
-void PillPainter::paint(PillBackdrop& backdrop, PillBackground background) {
+void PillPainter::paint(Layers& layers, PillBackground background) {
     if (!m_pill.isVisible())
         return;
     const bool minimal = m_pill.minimal;
-    backdrop.paint(m_painter,
-                   {.minimal = minimal, .background = background, .presence = m_presence});
+    layers.backdrop.paint(m_painter,
+                          {.minimal = minimal, .background = background, .presence = m_presence});
 
     const QPointF center = onScreen(PillGeometry{minimal}.pill()).center();
     const double scale = pillScale(m_presence);
@@ -34,7 +41,7 @@ void PillPainter::paint(PillBackdrop& backdrop, PillBackground background) {
     paintBars();
     if (!minimal) {
         paintSeparator();
-        paintStats();
+        layers.figures.paint(m_painter, pillStats(m_pill, m_now), m_presence);
     }
     m_painter.restore();
 }
@@ -49,12 +56,6 @@ void PillPainter::paintBars() {
 
 void PillPainter::paintSeparator() {
     m_painter.fillRect(onScreen(PillGeometry::separator()), white(0.14 * m_presence));
-}
-
-void PillPainter::paintStats() {
-    const PillStats stats = pillStats(m_pill, m_now);
-    paintPillStats(m_painter, stats, {PillGeometry::statsCenterX(), PillGeometry::pillCenterY},
-                   m_presence);
 }
 
 void PillPainter::fillRounded(const QRectF& rect, double radius, const QColor& colour) {

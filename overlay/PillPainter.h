@@ -3,6 +3,7 @@
 
 #include "overlay/PillAnimation.h"
 #include "overlay/PillBackdrop.h"
+#include "overlay/PillFigures.h"
 
 class QColor;
 class QPainter;
@@ -14,14 +15,19 @@ namespace sayloft {
 /// the painter's device.
 class PillPainter {
 public:
+    /// What is kept from one frame to the next.
+    struct Layers {
+        PillBackdrop backdrop;
+        PillFigures figures;
+    };
+
     PillPainter(QPainter& painter, const PillAnimation& pill, PillAnimation::TimePoint now);
 
-    void paint(PillBackdrop& backdrop, PillBackground background);
+    void paint(Layers& layers, PillBackground background);
 
 private:
     void paintBars();
     void paintSeparator();
-    void paintStats();
     void fillRounded(const QRectF& rect, double radius, const QColor& colour);
 
     QPainter& m_painter;

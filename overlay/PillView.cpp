@@ -86,7 +86,7 @@ QRectF PillView::outline() const {
 
 void PillView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    PillPainter(painter, m_pill, PillAnimation::Clock::now()).paint(m_backdrop, m_background);
+    PillPainter(painter, m_pill, PillAnimation::Clock::now()).paint(m_layers, m_background);
 }
 
 }  // namespace sayloft

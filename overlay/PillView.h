@@ -2,7 +2,7 @@
 #pragma once
 
 #include "overlay/PillAnimation.h"
-#include "overlay/PillBackdrop.h"
+#include "overlay/PillPainter.h"
 
 #include <QWidget>
 
@@ -46,7 +46,7 @@ private:
     void scheduleHide(int token);
 
     PillAnimation m_pill;
-    PillBackdrop m_backdrop;
+    PillPainter::Layers m_layers;
     PillBackground m_background = PillBackground::clear;
 };
 

@@ -64,8 +64,8 @@ QImage paint(const Picture& picture) {
     image.setDevicePixelRatio(picture.scale);
     image.fill(picture.page);
     QPainter painter(&image);
-    PillBackdrop backdrop;
-    PillPainter(painter, picture.pill, {}).paint(backdrop, picture.background);
+    PillPainter::Layers layers;
+    PillPainter(painter, picture.pill, {}).paint(layers, picture.background);
     return image;
 }
 
@@ -186,13 +186,31 @@ TEST(PillBackdrop, isTheSameKeptAndDrawnAtEveryScale) {
             << scale;
 }
 
+QImage paintFigures(double scale, double presence) {
+    Picture hidden = fullOnDark;
+    hidden.scale = scale;
+    hidden.pill.presence = 0;
+    QImage image = paint(hidden);
+    QPainter painter(&image);
+    PillFigures().paint(painter, pillStats(fullOnDark.pill, {}), presence);
+    return image;
+}
+
+TEST(PillFigures, areTheSameKeptAndDrawnAtEveryScale) {
+    for (const double scale : {1.0, 1.25, 1.5, 2.0}) {
+        const QImage kept = paintFigures(scale, 1);
+        EXPECT_LE(differentPixels(kept, paintFigures(scale, 0.9989)), toleratedPixels) << scale;
+        EXPECT_GT(differentPixels(kept, paintBackdrop(scale, 0)), toleratedPixels) << scale;
+    }
+}
+
 TEST(PillPicture, isAlwaysThatOfTheNewestLook) {
-    PillBackdrop backdrop;
+    PillPainter::Layers layers;
     for (const Picture& picture : {fullOnDark, wordsOnLight, fullOnDark}) {
         QImage image = paint(picture);
         image.fill(picture.page);
         QPainter painter(&image);
-        PillPainter(painter, picture.pill, {}).paint(backdrop, picture.background);
+        PillPainter(painter, picture.pill, {}).paint(layers, picture.background);
         painter.end();
         EXPECT_EQ(image, paint(picture)) << picture.name;
     }
