@@ -36,7 +36,7 @@ check:
 check-asan: all-packages
 	@test -e build-asan/build.ninja || cmake --preset asan
 	cmake --build --preset asan
-	scripts/sanitized-tests.sh build-asan --label-exclude "unchecked|long"
+	scripts/sanitized-tests.sh build-asan --label-exclude long
 
 # The parts with threads under ThreadSanitizer.
 check-tsan: all-packages

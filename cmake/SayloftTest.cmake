@@ -18,7 +18,6 @@ add_custom_target(threaded_tests)
 # LABELS says where else it runs, or does not:
 #   threads    it runs under ThreadSanitizer too: several threads of ours take part
 #   long       it takes minutes, and runs in `make endurance` only
-#   unchecked  it cannot run under AddressSanitizer; why is said where the label is set
 function(sayloft_test name)
     cmake_parse_arguments(arg "" "TIMEOUT" "SOURCES;LIBRARIES;LOCKS;LABELS;DEPENDS" ${ARGN})
     if(NOT arg_TIMEOUT)
