@@ -4,7 +4,7 @@
 #include "tests/support/WaitUntil.h"
 
 #include <QDBusConnectionInterface>
-#include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusVariant>
 
@@ -55,19 +55,19 @@ AccessibilityBus::~AccessibilityBus() {
 }
 
 QString AccessibilityBus::address() const {
-    const QDBusReply<QString> reply =
-        QDBusInterface(service, path, service, m_session).call(QStringLiteral("GetAddress"));
+    const QDBusReply<QString> reply = m_session.call(
+        QDBusMessage::createMethodCall(service, path, service, QStringLiteral("GetAddress")));
     if (!reply.isValid())
         throw std::runtime_error(reply.error().message().toStdString());
     return reply.value();
 }
 
 void AccessibilityBus::switchOn() const {
-    QDBusInterface status(service, path, QStringLiteral("org.freedesktop.DBus.Properties"),
-                          m_session);
-    const QDBusReply<void> reply =
-        status.call(QStringLiteral("Set"), QStringLiteral("org.a11y.Status"),
-                    QStringLiteral("IsEnabled"), QVariant::fromValue(QDBusVariant(true)));
+    QDBusMessage set = QDBusMessage::createMethodCall(
+        service, path, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Set"));
+    set << QStringLiteral("org.a11y.Status") << QStringLiteral("IsEnabled")
+        << QVariant::fromValue(QDBusVariant(true));
+    const QDBusReply<void> reply = m_session.call(set);
     if (!reply.isValid())
         throw std::runtime_error(reply.error().message().toStdString());
 }
