@@ -28,11 +28,12 @@ void TranscriptionThread::giveUp() {
 
 void TranscriptionThread::run() {
     const QString file = m_recording->waitUntilFinished();
-    m_text = m_transcriber.transcribe(file, m_stop.get_token());
-    if (!m_text)
+    auto text = m_transcriber.transcribe(file, m_stop.get_token());
+    if (!text)
         FailedRecording::keep(file, m_number);
     // The recording's file name is free for the next one from here on.
     m_recording.reset();
+    m_transcribed.set_value(std::move(text));
 }
 
 }  // namespace sayloft

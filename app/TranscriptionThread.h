@@ -5,6 +5,7 @@
 #include <QThread>
 
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -29,8 +30,8 @@ public:
     /// Ends the transcription and waits for the thread, which is prompt.
     void giveUp();
 
-    /// The transcript, none when there is none. Only after `finished` or `giveUp`.
-    [[nodiscard]] const std::optional<QString>& text() const { return m_text; }
+    /// The transcript, none when there is none. Waits for it.
+    [[nodiscard]] const std::optional<QString>& text() const { return m_text.get(); }
 
 protected:
     void run() override;
@@ -40,7 +41,8 @@ private:
     std::shared_ptr<Recording> m_recording;
     std::uint64_t m_number;
     std::stop_source m_stop;
-    std::optional<QString> m_text;
+    std::promise<std::optional<QString>> m_transcribed;
+    const std::shared_future<std::optional<QString>> m_text = m_transcribed.get_future();
 };
 
 }  // namespace sayloft
