@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Part of every test under ThreadSanitizer.
+// Part of every program under ThreadSanitizer.
 // WORKAROUND: GCC 12's ThreadSanitizer stops following the locks of a thread whose clone() shares
 // its memory with the child, as QProcess of Qt 6.4 has it: afterwards it sees races everywhere.
 #include <cstdarg>
