@@ -236,8 +236,9 @@ TEST(AudioInputPulse, anAnswerThatNeverComesIsNotWaitedForAfterwards) {
     PulseConnection connection;
     connection.open({.ready =
                          [&](pa_context* context) {
-                             if (connections++ == 0)
+                             if (connections == 0)
                                  server.freeze();
+                             ++connections;
                              devices.connected(context);
                          },
                      .lost = [&] { devices.disconnected(); }});

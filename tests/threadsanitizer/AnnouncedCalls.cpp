@@ -32,6 +32,7 @@ private:
         __tsan_acquire(announced);
         if (operation == Call) {
             announced->m_call->call(receiver, arguments);
+            __tsan_release(receiver);  // for those who wait for the call
         } else if (operation == Destroy) {
             announced->m_call->destroyIfLastRef();
             delete announced;
@@ -49,7 +50,10 @@ bool QMetaObject::invokeMethodImpl(QObject* object, QtPrivate::QSlotObjectBase* 
                                             Qt::ConnectionType, void*)>(
         "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseEN2Qt14Connect"
         "ionTypeEPv");
-    return original(object, new AnnouncedCall(slot), type, result);
+    const bool isTaken = original(object, new AnnouncedCall(slot), type, result);
+    if (type == Qt::BlockingQueuedConnection)
+        __tsan_acquire(object);
+    return isTaken;
 }
 
 void QThreadPool::start(std::function<void()> function, int priority) {
