@@ -31,10 +31,3 @@ if(SAYLOFT_SANITIZE)
         -fsanitize=${SAYLOFT_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
     target_link_options(sayloft_options INTERFACE -fsanitize=${SAYLOFT_SANITIZE})
 endif()
-
-# sayloft_for_thread_sanitizer(<program>): what has threads and uses Qt; see tests/threadsanitizer.
-function(sayloft_for_thread_sanitizer program)
-    if(TARGET sayloft_for_thread_sanitizer)
-        target_link_libraries(${program} PRIVATE sayloft_for_thread_sanitizer)
-    endif()
-endfunction()

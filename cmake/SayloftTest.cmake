@@ -30,7 +30,6 @@ function(sayloft_test name)
     endif()
     gtest_discover_tests(${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
         DISCOVERY_TIMEOUT 60 NO_PRETTY_VALUES PROPERTIES TIMEOUT ${arg_TIMEOUT})
-    sayloft_for_thread_sanitizer(${name})
     if("threads" IN_LIST arg_LABELS)
         add_dependencies(threaded_tests ${name})
     endif()
