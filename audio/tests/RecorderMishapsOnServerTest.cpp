@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "audio/tests/RecorderOnServer.h"
+#include "audio/tests/SmallFiles.h"
 #include "tests/support/ChildProgram.h"
 
 #include <vector>
-
-#include <sys/resource.h>
-#include <csignal>
 
 namespace sayloft::test {
 namespace {
@@ -162,35 +160,16 @@ TEST_F(TheRecorderInTrouble, tellsWhyTheServerRefusedItsStream) {
 
 // A disk that fails
 
-/// No file of this process grows beyond a size while this object lives.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t bytes) : m_signal(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit small{bytes, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signal);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-private:
-    void (*m_signal)(int);
-    rlimit m_before{};
-};
-
-TEST_F(TheRecorderInTrouble, losesOnlyWhatDoesNotFitOnTheDisk) {
+TEST_F(TheRecorderInTrouble, losesOnlyWhatNeitherDiskNorMemoryTakes) {
     constexpr std::size_t fits = 20000;
     Samples kept;
     {
-        const SmallDisk disk(44 + 2 * fits);
+        const SmallFiles files(44 + 2 * fits);
         record(2500ms);
         kept = stopAndRead();
     }
     EXPECT_EQ(kept.size(), fits);
+    EXPECT_TRUE(home.log().contains(QStringLiteral("it goes on in memory\n")));
     expectNextDictationWorks();
 }
 
