@@ -18,6 +18,10 @@ protected:
     [[nodiscard]] bool captureEnds() const {
         return waitUntil([this] { return input.ends() == 1; }, 3s);
     }
+
+    [[nodiscard]] bool logEndsWith(const char* line) const {
+        return home.log().endsWith(QString::fromLatin1(line) + QLatin1Char('\n'));
+    }
 };
 
 // Which microphone
@@ -62,6 +66,7 @@ TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenItsMicrophoneIsUnplugged) {
     ASSERT_TRUE(captureEnds());
     server.play(soundFile(noise(rate)));
     const Samples heard = stopAndRead();
+    EXPECT_TRUE(logEndsWith("recording broke off: Entity killed"));
     EXPECT_GE(heard.size(), rate / 2);
     EXPECT_EQ(heard, Samples(heard.size())) << "nothing of what the speakers played";
     expectNextDictationWorks();
@@ -93,6 +98,7 @@ TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenTheServerDies) {
     EXPECT_LT(duration([this] { static_cast<void>(recorder.level()); }), atOnce);
     server.restart();
     EXPECT_GE(stopAndRead().size(), rate / 2);
+    EXPECT_TRUE(logEndsWith("recording broke off: Connection terminated"));
     ASSERT_TRUE(appears(builtin));
     expectNextDictationWorks();
 }
@@ -106,8 +112,22 @@ TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenTheServerFreezes) {
     EXPECT_LT(duration([&] { recording = recorder.stop(); }), atOnce);
     ASSERT_NE(recording, nullptr);
     EXPECT_GE(readSound(recording->waitUntilFinished()).size(), rate / 2);
+    EXPECT_TRUE(logEndsWith("recording broke off: no sound arrives"));
     recording.reset();
     server.thaw();
+    expectNextDictationWorks();
+}
+
+TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenTheServerDiesBeforeTheLastWordHasCome) {
+    record(600ms);
+    server.freeze();
+    const std::shared_ptr<Recording> recording = recorder.stop();
+    ASSERT_NE(recording, nullptr);
+    server.kill();
+    EXPECT_GE(readSound(recording->waitUntilFinished()).size(), rate / 2);
+    EXPECT_TRUE(logEndsWith("recording broke off: Connection terminated"));
+    server.restart();
+    ASSERT_TRUE(appears(builtin));
     expectNextDictationWorks();
 }
 
