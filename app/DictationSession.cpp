@@ -84,8 +84,7 @@ void DictationSession::giveUp() {
         if (const auto& text = thread->text()) {
             const QString corrected = applyReplacements(*text, m_parts.cfg.replacements);
             logTranscript(corrected);
-            if (!corrected.isEmpty())
-                m_parts.history.add(corrected);
+            remember(corrected, thread->number());
         }
         delete thread;
     }
@@ -118,6 +117,13 @@ void DictationSession::logTranscript(const QString& text) const {
          QLatin1Char('\''));
 }
 
+void DictationSession::remember(const QString& text, std::uint64_t dictation) {
+    if (text.isEmpty())
+        return;
+    m_parts.history.add(text);
+    FailedRecording::forgetBefore(dictation);
+}
+
 void DictationSession::deliver(const QString& text, const Finished& dictation) {
     logTranscript(text);
     m_parts.paster.paste(
@@ -126,8 +132,7 @@ void DictationSession::deliver(const QString& text, const Finished& dictation) {
     if (!text.isEmpty()) {
         if (m_parts.cfg.playSounds)
             m_parts.sounds.play(QStringLiteral("Tink"));
-        m_parts.history.add(text);
-        FailedRecording::forgetBefore(dictation.number);
+        remember(text, dictation.number);
         m_host.buildMenu();
     }
     reportOnOverlay(text, dictation.seconds);

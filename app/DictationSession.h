@@ -83,6 +83,7 @@ private:
     void transcriptionFinished(const std::optional<QString>& text, const Finished& dictation);
     void deliver(const QString& text, const Finished& dictation);
     void logTranscript(const QString& text) const;
+    void remember(const QString& text, std::uint64_t dictation);
     void reportOnOverlay(const QString& text, double seconds);
 
     DictationParts m_parts;
