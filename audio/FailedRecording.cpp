@@ -15,10 +15,11 @@ namespace sayloft {
 namespace {
 
 constexpr qint64 headerSize = 44;
+const QString partSuffix = QStringLiteral(".part");
 
 /// One that was kept in memory, for want of room, may find some now.
 bool copy(const QString& from, const QString& to) {
-    const QString part = to + QStringLiteral(".part");
+    const QString part = to + partSuffix;
     const auto sound = readWholeFile(from);
     const bool isCopied = sound && writeWholeFile(part, *sound) && moveFile(part, to);
     const int reason = errno;
@@ -58,6 +59,10 @@ void FailedRecording::forgetBefore(std::uint64_t dictation) {
     const std::lock_guard lock(mutex);
     if (keptDictation < dictation)
         QFile::remove(file());
+}
+
+void FailedRecording::removeLeftover() {
+    QFile::remove(file() + partSuffix);
 }
 
 }  // namespace sayloft

@@ -21,6 +21,8 @@ public:
     static void keep(const QString& recording, std::uint64_t dictation);
     /// A dictation has worked: what an earlier one left is not needed any more.
     static void forgetBefore(std::uint64_t dictation);
+    /// Removes what a crash has left of a recording that was to be kept.
+    static void removeLeftover();
 };
 
 }  // namespace sayloft
