@@ -26,11 +26,6 @@ protected:
         m_desk.startSayloft({RawAnswer::ok("words")});
     }
 
-    void tryToSpeak() {
-        for (const TestKeyboard::Key key : DictationDesk::dictate)
-            m_desk.keyboard().press(key);
-    }
-
     [[nodiscard]] bool tooltipSays(const QString& reason) const {
         return waitUntil(
             [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
@@ -91,7 +86,7 @@ TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeClearedAndCostsNoSettings) {
 TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
     startOnSmallDisk();
     m_disk->makeReadOnly();
-    tryToSpeak();
+    m_desk.press();
     EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
     EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
     m_desk.letGo();
