@@ -3,6 +3,7 @@
 
 #include "models/Paths.h"
 #include "storage/Log.h"
+#include "storage/PrivateFolder.h"
 #include "storage/WholeFile.h"
 
 #include <QFile>
@@ -16,6 +17,14 @@ namespace {
 
 constexpr qint64 headerSize = 44;
 const QString partSuffix = QStringLiteral(".part");
+
+bool move(const QString& from, const QString& to) {
+    if (!moveFile(from, to))
+        return false;
+    // For the next recording: there may be no room for a new file by then.
+    static_cast<void>(QFile(from).open(QIODevice::NewOnly, ownersAlone));
+    return true;
+}
 
 /// One that was kept in memory, for want of room, may find some now.
 bool copy(const QString& from, const QString& to) {
@@ -49,7 +58,7 @@ void FailedRecording::keep(const QString& recording, std::uint64_t dictation) {
     if (dictation < keptDictation)
         return;
     // Moved and not copied: that works on a disk without room too, and is whole at every instant.
-    if (moveFile(recording, file()) || (errno == EXDEV && copy(recording, file())))
+    if (move(recording, file()) || (errno == EXDEV && copy(recording, file())))
         keptDictation = dictation;
     else
         logf(QStringLiteral("the recording could not be kept: ") + qt_error_string());
