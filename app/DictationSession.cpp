@@ -5,6 +5,7 @@
 #include "app/TranscriptionThread.h"
 #include "audio/FailedRecording.h"
 #include "audio/Recorder.h"
+#include "audio/Recording.h"
 #include "overlay/Overlay.h"
 #include "platform/SystemSounds.h"
 #include "speech/Paster.h"
@@ -79,6 +80,7 @@ void DictationSession::endRecording() {
 }
 
 void DictationSession::giveUp() {
+    keepWhatIsBeingSaid();
     for (TranscriptionThread* const thread : std::exchange(m_transcribing, {})) {
         thread->giveUp();
         if (const auto& text = thread->text()) {
@@ -88,6 +90,13 @@ void DictationSession::giveUp() {
         }
         delete thread;
     }
+}
+
+void DictationSession::keepWhatIsBeingSaid() {
+    if (!std::exchange(m_running, {}).isRecording)
+        return;
+    if (const auto recording = m_parts.recorder.stop())
+        FailedRecording::keep(recording->waitUntilFinished(), ++m_dictations);
 }
 
 void DictationSession::flashError() {

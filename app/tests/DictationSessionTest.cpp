@@ -4,12 +4,16 @@
 #include "app/tests/DictationSessionFixture.h"
 #include "audio/FailedRecording.h"
 
+#include "tests/support/Waveform.h"
+
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QThread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <vector>
 
 namespace sayloft::test {
 namespace {
@@ -186,6 +190,17 @@ protected:
         m_session.giveUp();
     }
 };
+
+TEST_F(SessionGivenUp, keepsTheSoundOfWhatIsBeingSaid) {
+    answerText("never asked for");
+    m_session.beginRecording(false, shiftCmd);
+    m_fakes.audio.captures.back()->deliver(std::vector<float>(4800, 0.5F));
+    m_session.giveUp();
+    EXPECT_EQ(readSound(FailedRecording::file()).size(), 1600U);
+    EXPECT_FALSE(m_session.running().isRecording);
+    turnEventLoopFor(50ms);
+    EXPECT_THAT(m_server->requests(), IsEmpty());
+}
 
 TEST_F(SessionGivenUp, keepsATranscriptThatHasCome) {
     answerText("just in time");
