@@ -5,6 +5,7 @@
 #include "app/TranscriptionThread.h"
 #include "audio/FailedRecording.h"
 #include "audio/Recorder.h"
+#include "audio/Recording.h"
 #include "overlay/Overlay.h"
 #include "platform/SystemSounds.h"
 #include "speech/Paster.h"
@@ -79,16 +80,23 @@ void DictationSession::endRecording() {
 }
 
 void DictationSession::giveUp() {
+    keepWhatIsBeingSaid();
     for (TranscriptionThread* const thread : std::exchange(m_transcribing, {})) {
         thread->giveUp();
         if (const auto& text = thread->text()) {
             const QString corrected = applyReplacements(*text, m_parts.cfg.replacements);
             logTranscript(corrected);
-            if (!corrected.isEmpty())
-                m_parts.history.add(corrected);
+            remember(corrected, thread->number());
         }
         delete thread;
     }
+}
+
+void DictationSession::keepWhatIsBeingSaid() {
+    if (!std::exchange(m_running, {}).isRecording)
+        return;
+    if (const auto recording = m_parts.recorder.stop())
+        FailedRecording::keep(recording->waitUntilFinished(), ++m_dictations);
 }
 
 void DictationSession::flashError() {
@@ -118,6 +126,13 @@ void DictationSession::logTranscript(const QString& text) const {
          QLatin1Char('\''));
 }
 
+void DictationSession::remember(const QString& text, std::uint64_t dictation) {
+    if (text.isEmpty())
+        return;
+    m_parts.history.add(text);
+    FailedRecording::forgetBefore(dictation);
+}
+
 void DictationSession::deliver(const QString& text, const Finished& dictation) {
     logTranscript(text);
     m_parts.paster.paste(
@@ -126,8 +141,7 @@ void DictationSession::deliver(const QString& text, const Finished& dictation) {
     if (!text.isEmpty()) {
         if (m_parts.cfg.playSounds)
             m_parts.sounds.play(QStringLiteral("Tink"));
-        m_parts.history.add(text);
-        FailedRecording::forgetBefore(dictation.number);
+        remember(text, dictation.number);
         m_host.buildMenu();
     }
     reportOnOverlay(text, dictation.seconds);

@@ -63,8 +63,8 @@ public:
     void beginRecording(bool enter, Mods chord);
     void endRecording();
 
-    /// Gives up what is still being transcribed, whose sound is kept; a transcript that has just
-    /// come goes to log and history. Prompt.
+    /// Gives up what is still being said or transcribed, whose sound is kept; a transcript that has
+    /// just come goes to log and history. Prompt.
     void giveUp();
 
     /// Shows the error icon for a moment.
@@ -80,9 +80,11 @@ private:
         std::uint64_t number = 0;  ///< in the order of the recordings, from 1
     };
 
+    void keepWhatIsBeingSaid();
     void transcriptionFinished(const std::optional<QString>& text, const Finished& dictation);
     void deliver(const QString& text, const Finished& dictation);
     void logTranscript(const QString& text) const;
+    void remember(const QString& text, std::uint64_t dictation);
     void reportOnOverlay(const QString& text, double seconds);
 
     DictationParts m_parts;

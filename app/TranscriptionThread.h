@@ -27,6 +27,8 @@ public:
     TranscriptionThread(const TranscriptionThread&) = delete;
     TranscriptionThread& operator=(const TranscriptionThread&) = delete;
 
+    [[nodiscard]] std::uint64_t number() const { return m_number; }
+
     /// Ends the transcription and waits for the thread, which is prompt.
     void giveUp();
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "audio/Recorder.h"
 
+#include "audio/FailedRecording.h"
 #include "models/Paths.h"
 #include "storage/Log.h"
 #include "storage/PrivateFolder.h"
@@ -24,6 +25,7 @@ Recorder::Recorder(AudioInput& input)
       m_files(std::make_shared<RecordingFiles>(TEMP_DIR + QStringLiteral("/sayloft_rec.wav"))) {
     m_disk.setMaxThreadCount(1);
     m_files->removeStaleSiblings();
+    FailedRecording::removeLeftover();
 }
 
 Recorder::~Recorder() = default;

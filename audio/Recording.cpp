@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "audio/Recording.h"
 
+#include "storage/Log.h"
+
 #include <utility>
 
 namespace sayloft {
@@ -16,6 +18,8 @@ Recording::~Recording() {
 
 QString Recording::waitUntilFinished(std::chrono::milliseconds deadline) const {
     const auto memory = m_pipeline->waitUntilComplete(deadline);
+    if (const std::optional<QString> error = m_pipeline->error())
+        logf(QStringLiteral("recording broke off: ") + *error);
     return memory ? memory->path() : path();
 }
 

@@ -33,10 +33,14 @@ void RecordingPipeline::end(const QString& error) {
     m_endedCondition.notify_all();
 }
 
-std::optional<QString> RecordingPipeline::startError() const {
-    if (!m_ended || m_hasBuffer || m_error.isEmpty())
+std::optional<QString> RecordingPipeline::error() const {
+    if (!m_ended || m_error.isEmpty())
         return std::nullopt;
     return m_error;
+}
+
+std::optional<QString> RecordingPipeline::startError() const {
+    return m_hasBuffer ? std::nullopt : error();
 }
 
 std::shared_ptr<MemoryFile> RecordingPipeline::waitUntilComplete(

@@ -31,8 +31,10 @@ public:
 
     /// Level of the newest buffer, 0 to 1. Any thread, never blocking.
     [[nodiscard]] double level() const { return m_level.load(std::memory_order_relaxed); }
-    /// Why the capture ended without a single buffer; nothing otherwise. Never waits for the audio
-    /// thread.
+    /// Why the capture broke off; nothing as long as it has not. Neither this nor the next one ever
+    /// waits for the audio thread.
+    [[nodiscard]] std::optional<QString> error() const;
+    /// The same, where it did so before its first buffer.
     [[nodiscard]] std::optional<QString> startError() const;
     [[nodiscard]] bool hasEnded() const { return m_ended.load(); }
 

@@ -68,11 +68,10 @@ WavFile::Sound WavFile::open(int descriptor) {
     if (descriptor < 0)
         return nullptr;
     SF_INFO info = monoPcm16();
+    // The library closes the descriptor even where it cannot open the file.
     Sound file(sf_open_fd(descriptor, SFM_WRITE, &info, SF_TRUE));
-    if (!file) {
-        ::close(descriptor);
+    if (!file)
         return nullptr;
-    }
     sf_command(file.get(), SFC_SET_UPDATE_HEADER_AUTO, nullptr, SF_TRUE);
     sf_command(file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
     return sf_error(file.get()) == SF_ERR_NO_ERROR ? std::move(file) : nullptr;

@@ -31,14 +31,18 @@ QByteArray multipartBody(const QByteArray& wav) {
            "\r\n--SayloftBoundary7MA4YWxkTrZu0gW--\r\n";
 }
 
-httplib::Request transcriptionRequest(const QUrl& url, const QByteArray& wav) {
+/// None when the file cannot be read.
+std::optional<httplib::Request> transcriptionRequest(const QUrl& url, const QString& wavPath) {
+    const auto wav = readWholeFile(wavPath);
+    if (!wav)
+        return std::nullopt;
     httplib::Request request;
     request.method = "POST";
     request.path = url.path().toStdString();
     request.headers = {
         {"Content-Type", "multipart/form-data; boundary=SayloftBoundary7MA4YWxkTrZu0gW"},
         {"User-Agent", "Sayloft"}};
-    request.body = multipartBody(wav).toStdString();
+    request.body = multipartBody(*wav).toStdString();
     return request;
 }
 
@@ -99,23 +103,22 @@ Transcriber::Transcriber(QUrl url, Schedule schedule, MayPost mayPost)
 
 std::optional<QString> Transcriber::transcribe(const QString& wavPath,
                                                const std::stop_token& stop) const {
-    const auto wav = readWholeFile(wavPath);
-    if (!wav)
+    auto request = transcriptionRequest(m_url, wavPath);
+    if (!request)
         return std::nullopt;
     for (int attempt = 0; attempt < m_schedule.attempts; ++attempt) {
         if (attempt > 0)
             pauseFor(m_schedule.pause, stop);
         if (stop.stop_requested())
             return std::nullopt;
-        if (m_mayPost && !m_mayPost())
-            continue;
-        if (auto text = post(*wav, stop))
+        if (auto text = post(*request, stop))
             return text;
     }
     return std::nullopt;
 }
 
-std::optional<QString> Transcriber::post(const QByteArray& wav, const std::stop_token& stop) const {
+std::optional<QString> Transcriber::post(httplib::Request& request,
+                                         const std::stop_token& stop) const {
     httplib::Client client(m_url.host().toStdString(), m_url.port());
     client.set_connection_timeout(m_schedule.timeout);
     client.set_read_timeout(m_schedule.timeout);
@@ -125,14 +128,18 @@ std::optional<QString> Transcriber::post(const QByteArray& wav, const std::stop_
     const AbortAfter abort(client, m_schedule.timeout, stop);
 
     QByteArray answer;
-    httplib::Request request = transcriptionRequest(m_url, wav);
     request.content_receiver = [&answer](const char* data, std::size_t size,
                                          std::uint64_t /*offset*/, std::uint64_t /*total*/) {
         answer.append(data, static_cast<qsizetype>(size));
         return answer.size() <= largestAnswer;
     };
-    const httplib::Result result = client.send(request);
-    if (!result || result->status < 200 || result->status > 299)
+    // Last of all: half an hour of sound takes a while to be made ready, and meanwhile the port may
+    // become somebody else's.
+    if (m_mayPost && !m_mayPost())
+        return std::nullopt;
+    httplib::Response response;
+    httplib::Error error{};
+    if (!client.send(request, response, error) || response.status < 200 || response.status > 299)
         return std::nullopt;
     return trimmedText(answer);
 }

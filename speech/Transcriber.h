@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 #include <QUrl>
 
@@ -9,6 +8,10 @@
 #include <functional>
 #include <optional>
 #include <stop_token>
+
+namespace httplib {
+struct Request;
+}
 
 namespace sayloft {
 
@@ -25,8 +28,8 @@ public:
     /// The speech server's transcription address on this machine.
     [[nodiscard]] static QUrl endpoint();
 
-    /// Asked before every attempt, on the thread that transcribes: false lets the attempt fail
-    /// without anything being sent.
+    /// Asked right before every attempt, on the thread that transcribes: false lets the attempt
+    /// fail without anything being sent.
     using MayPost = std::function<bool()>;
 
     Transcriber();
@@ -38,7 +41,7 @@ public:
                                                     const std::stop_token& stop = {}) const;
 
 private:
-    [[nodiscard]] std::optional<QString> post(const QByteArray& wav,
+    [[nodiscard]] std::optional<QString> post(httplib::Request& request,
                                               const std::stop_token& stop) const;
 
     QUrl m_url;

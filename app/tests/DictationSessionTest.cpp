@@ -2,6 +2,9 @@
 #include "app/DictationSession.h"
 
 #include "app/tests/DictationSessionFixture.h"
+#include "audio/FailedRecording.h"
+
+#include "tests/support/Waveform.h"
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
@@ -9,6 +12,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <vector>
 
 namespace sayloft::test {
 namespace {
@@ -175,19 +180,53 @@ TEST_F(Session, canBeDestroyedWhileTheServerHangs) {
     EXPECT_THAT(m_host.seen, Not(Contains("error")));
 }
 
-TEST_F(Session, keepsATranscriptThatHasComeWhenItIsGivenUp) {
+/// The answer has come, but without the event loop nobody hears of it.
+class SessionGivenUp : public Session {
+protected:
+    void giveUpAfterTheAnswer() {
+        const auto threads = m_session.findChildren<QThread*>();
+        ASSERT_EQ(threads.size(), 1);
+        ASSERT_TRUE(threads.front()->wait(QDeadlineTimer(10s)));
+        m_session.giveUp();
+    }
+};
+
+TEST_F(SessionGivenUp, keepsTheSoundOfWhatIsBeingSaid) {
+    answerText("never asked for");
+    m_session.beginRecording(false, shiftCmd);
+    m_fakes.audio.captures.back()->deliver(std::vector<float>(4800, 0.5F));
+    m_session.giveUp();
+    EXPECT_EQ(readSound(FailedRecording::file()).size(), 1600U);
+    EXPECT_FALSE(m_session.running().isRecording);
+    turnEventLoopFor(50ms);
+    EXPECT_THAT(m_server->requests(), IsEmpty());
+}
+
+TEST_F(SessionGivenUp, keepsATranscriptThatHasCome) {
     answerText("just in time");
     dictate();
-    const auto threads = m_session.findChildren<QThread*>();
-    ASSERT_EQ(threads.size(), 1);
-    // Without the event loop nobody hears of it.
-    ASSERT_TRUE(threads.front()->wait(QDeadlineTimer(10s)));
-    m_session.giveUp();
+    giveUpAfterTheAnswer();
     EXPECT_THAT(m_history.items(), ElementsAre(QStringLiteral("just in time")));
     EXPECT_TRUE(m_home.log().contains(QStringLiteral("text='just in time'")));
     turnEventLoopFor(50ms);
     EXPECT_EQ(m_history.items().size(), 1U);
     EXPECT_TRUE(m_fakes.clipboard.texts.empty());
+}
+
+TEST_F(SessionGivenUp, forgetsAFailedDictationWhenATranscriptHasCome) {
+    writeFile(FailedRecording::file(), "of an earlier dictation");
+    answerText("just in time");
+    dictate();
+    giveUpAfterTheAnswer();
+    EXPECT_FALSE(FailedRecording::isKept());
+}
+
+TEST_F(SessionGivenUp, keepsAFailedDictationWhenNothingWasRecognised) {
+    writeFile(FailedRecording::file(), "of an earlier dictation");
+    answerText("");
+    dictate();
+    giveUpAfterTheAnswer();
+    EXPECT_TRUE(FailedRecording::isKept());
 }
 
 }  // namespace

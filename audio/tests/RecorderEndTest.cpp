@@ -76,7 +76,7 @@ TEST_F(TheRecorder, doesNotOverwriteARecordingThatIsStillBeingTranscribed) {
     m_recorder.start();
     const std::shared_ptr<Recording> next = m_recorder.stop();
     EXPECT_NE(next->path(), inTranscription->path());
-    EXPECT_EQ(readSound(inTranscription->path()).size(), 100U);
+    EXPECT_EQ(readSound(inTranscription->waitUntilFinished()).size(), 100U);
 }
 
 TEST_F(TheRecorder, letsNoForgottenCaptureWriteIntoTheNextRecording) {

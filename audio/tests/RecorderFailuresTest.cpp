@@ -78,6 +78,25 @@ TEST_F(TheRecorder, keepsWhatItHasWhenTheMicrophoneIsUnplugged) {
     ASSERT_NE(recording, nullptr);
     EXPECT_EQ(readSound(recording->waitUntilFinished()).size(), 1000U);
     EXPECT_FALSE(m_home.log().contains(QStringLiteral("engine")));
+    EXPECT_TRUE(m_home.log().endsWith(QStringLiteral("\nrecording broke off: Entity killed\n")));
+}
+
+TEST_F(TheRecorder, saysWhenTheCaptureBreaksOffBeforeTheLastWordHasCome) {
+    m_input.finish = FakeAudioInput::Finish::whenTheTestSays;
+    m_recorder.start();
+    capture().deliver(tone(1000, 0.5F));
+    const std::shared_ptr<Recording> recording = m_recorder.stop();
+    capture().end(QStringLiteral("Connection terminated"));
+    EXPECT_EQ(readSound(recording->waitUntilFinished()).size(), 1000U);
+    EXPECT_TRUE(
+        m_home.log().endsWith(QStringLiteral("\nrecording broke off: Connection terminated\n")));
+}
+
+TEST_F(TheRecorder, saysNothingOfACaptureThatEndsWithTheHold) {
+    m_recorder.start();
+    capture().deliver(tone(1000, 0.5F));
+    static_cast<void>(m_recorder.stop()->waitUntilFinished());
+    EXPECT_EQ(m_home.log(), QStringLiteral("recording @ 16000Hz (built-in mic: true)\n"));
 }
 
 TEST_F(TheRecorder, goesOnAfterABufferThatCannotBeConverted) {

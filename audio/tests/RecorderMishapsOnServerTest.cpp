@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "audio/tests/RecorderOnServer.h"
+#include "audio/tests/SmallFiles.h"
 #include "tests/support/ChildProgram.h"
 
 #include <vector>
-
-#include <sys/resource.h>
-#include <csignal>
 
 namespace sayloft::test {
 namespace {
@@ -19,6 +17,10 @@ class TheRecorderInTrouble : public RecorderOnServer {
 protected:
     [[nodiscard]] bool captureEnds() const {
         return waitUntil([this] { return input.ends() == 1; }, 3s);
+    }
+
+    [[nodiscard]] bool logEndsWith(const char* line) const {
+        return home.log().endsWith(QString::fromLatin1(line) + QLatin1Char('\n'));
     }
 };
 
@@ -64,6 +66,7 @@ TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenItsMicrophoneIsUnplugged) {
     ASSERT_TRUE(captureEnds());
     server.play(soundFile(noise(rate)));
     const Samples heard = stopAndRead();
+    EXPECT_TRUE(logEndsWith("recording broke off: Entity killed"));
     EXPECT_GE(heard.size(), rate / 2);
     EXPECT_EQ(heard, Samples(heard.size())) << "nothing of what the speakers played";
     expectNextDictationWorks();
@@ -95,6 +98,7 @@ TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenTheServerDies) {
     EXPECT_LT(duration([this] { static_cast<void>(recorder.level()); }), atOnce);
     server.restart();
     EXPECT_GE(stopAndRead().size(), rate / 2);
+    EXPECT_TRUE(logEndsWith("recording broke off: Connection terminated"));
     ASSERT_TRUE(appears(builtin));
     expectNextDictationWorks();
 }
@@ -108,8 +112,22 @@ TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenTheServerFreezes) {
     EXPECT_LT(duration([&] { recording = recorder.stop(); }), atOnce);
     ASSERT_NE(recording, nullptr);
     EXPECT_GE(readSound(recording->waitUntilFinished()).size(), rate / 2);
+    EXPECT_TRUE(logEndsWith("recording broke off: no sound arrives"));
     recording.reset();
     server.thaw();
+    expectNextDictationWorks();
+}
+
+TEST_F(TheRecorderInTrouble, keepsWhatItHasWhenTheServerDiesBeforeTheLastWordHasCome) {
+    record(600ms);
+    server.freeze();
+    const std::shared_ptr<Recording> recording = recorder.stop();
+    ASSERT_NE(recording, nullptr);
+    server.kill();
+    EXPECT_GE(readSound(recording->waitUntilFinished()).size(), rate / 2);
+    EXPECT_TRUE(logEndsWith("recording broke off: Connection terminated"));
+    server.restart();
+    ASSERT_TRUE(appears(builtin));
     expectNextDictationWorks();
 }
 
@@ -162,35 +180,16 @@ TEST_F(TheRecorderInTrouble, tellsWhyTheServerRefusedItsStream) {
 
 // A disk that fails
 
-/// No file of this process grows beyond a size while this object lives.
-class SmallDisk {
-public:
-    explicit SmallDisk(rlim_t bytes) : m_signal(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit small{bytes, m_before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &small);
-    }
-    ~SmallDisk() {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_signal);
-    }
-    SmallDisk(const SmallDisk&) = delete;
-    SmallDisk& operator=(const SmallDisk&) = delete;
-
-private:
-    void (*m_signal)(int);
-    rlimit m_before{};
-};
-
-TEST_F(TheRecorderInTrouble, losesOnlyWhatDoesNotFitOnTheDisk) {
+TEST_F(TheRecorderInTrouble, losesOnlyWhatNeitherDiskNorMemoryTakes) {
     constexpr std::size_t fits = 20000;
     Samples kept;
     {
-        const SmallDisk disk(44 + 2 * fits);
+        const SmallFiles files(44 + 2 * fits);
         record(2500ms);
         kept = stopAndRead();
     }
     EXPECT_EQ(kept.size(), fits);
+    EXPECT_TRUE(home.log().contains(QStringLiteral("it goes on in memory\n")));
     expectNextDictationWorks();
 }
 

@@ -5,6 +5,8 @@
 #include "models/Paths.h"
 #include "tests/support/OwnNamespaces.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -64,7 +66,7 @@ INSTANTIATE_TEST_SUITE_P(Pages, TheRecorderOnADiskOf, testing::Values(4, 8, 20, 
 
 TEST_F(TheRecorderOnAFullDisk, hearsEveryWordAndKeepsItWhenThereIsRoomAgain) {
     SmallDisk disk(TEMP_DIR, "size=64k");
-    // The file is there from an earlier one: no new one would be, on this disk.
+    // As after an earlier dictation.
     m_recorder.start();
     ASSERT_FALSE(m_recorder.stop()->waitUntilFinished().isEmpty());
     disk.fill();
@@ -74,6 +76,27 @@ TEST_F(TheRecorderOnAFullDisk, hearsEveryWordAndKeepsItWhenThereIsRoomAgain) {
     const QString file = recording->waitUntilFinished();
     EXPECT_TRUE(isWhole(readSound(file)));
     FailedRecording::keep(file, 1);
+    EXPECT_TRUE(isWhole(readSound(FailedRecording::file())));
+}
+
+/// Fewer files than that are in the folder.
+constexpr const char* smallAndFewFiles = "size=1m,nr_inodes=10";
+
+void useUpAllFiles(const QString& folder) {
+    QDir().mkpath(folder);
+    for (int i = 0; QFile(folder + QStringLiteral("/%1").arg(i)).open(QIODevice::WriteOnly); ++i) {
+    }
+}
+
+TEST_F(TheRecorderOnAFullDisk, hasAFileForTheNextOneWhenTheLastOneWasKept) {
+    const SmallDisk disk(DATA_DIR, smallAndFewFiles);
+    record();
+    FailedRecording::keep(m_recorder.stop()->waitUntilFinished(), 1);
+    useUpAllFiles(DATA_DIR + QStringLiteral("/filler"));
+    record();
+    const std::shared_ptr<Recording> recording = m_recorder.stop();
+    ASSERT_NE(recording, nullptr) << m_home.log().toStdString();
+    EXPECT_TRUE(isWhole(readSound(recording->waitUntilFinished())));
     EXPECT_TRUE(isWhole(readSound(FailedRecording::file())));
 }
 

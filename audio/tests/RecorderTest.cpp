@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "audio/Recorder.h"
 
+#include "audio/FailedRecording.h"
 #include "audio/tests/TheRecorder.h"
 #include "models/Paths.h"
 
@@ -54,6 +55,15 @@ TEST_F(TheRecorder, asksForBuffersOf4096Frames) {
 }
 
 // Lifecycle
+
+TEST_F(TheRecorder, removesWhatACrashHasLeftOfOneThatWasToBeKept) {
+    const QString part = FailedRecording::file() + QStringLiteral(".part");
+    writeFile(part, "half of it");
+    writeFile(FailedRecording::file(), "an earlier one");
+    const Recorder atTheNextStart(m_input);
+    EXPECT_FALSE(QFileInfo::exists(part));
+    EXPECT_TRUE(FailedRecording::isKept());
+}
 
 TEST_F(TheRecorder, hasNothingToStopWithoutAStart) {
     EXPECT_EQ(m_recorder.stop(), nullptr);

@@ -58,7 +58,8 @@ int addSocket(const nlmsghdr* message, void* data) {
 }
 
 bool sendQuestion(const mnl_socket* socket, std::uint8_t family, quint16 port) {
-    std::array<char, MNL_NLMSG_HDRLEN + MNL_ALIGN(sizeof(inet_diag_req_v2))> space{};
+    alignas(nlmsghdr) std::array<char, MNL_NLMSG_HDRLEN + MNL_ALIGN(sizeof(inet_diag_req_v2))>
+        space{};
     nlmsghdr* const message = mnl_nlmsg_put_header(space.data());
     message->nlmsg_type = SOCK_DIAG_BY_FAMILY;
     message->nlmsg_flags = NLM_F_REQUEST | NLM_F_DUMP;

@@ -121,10 +121,14 @@ void DictationDesk::hold(const Chord& chord) {
     // The microphone stays open for a moment after a dictation.
     if (!waitUntil([this] { return openMicrophones() == 0; }))
         throw std::runtime_error("the microphone stays open");
-    for (const TestKeyboard::Key key : chord)
-        m_keyboard.press(key);
+    press(chord);
     if (!waitUntil([this] { return openMicrophones() > 0; }))
         throw std::runtime_error("the microphone stays closed");
+}
+
+void DictationDesk::press(const Chord& chord) {
+    for (const TestKeyboard::Key key : chord)
+        m_keyboard.press(key);
 }
 
 void DictationDesk::letGo(const Chord& chord) {

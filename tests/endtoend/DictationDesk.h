@@ -58,6 +58,8 @@ public:
     /// Presses the keys and waits until the microphone is open.
     void hold(const Chord& chord = dictate);
     void letGo(const Chord& chord = dictate);
+    /// Presses the keys and waits for nothing.
+    void press(const Chord& chord = dictate);
 
     /// Holds the chord while the sound is played into the room.
     void say(const QString& wavPath, const Chord& chord = dictate);

@@ -17,8 +17,7 @@ using namespace std::chrono_literals;
 TEST_F(Dictation, withoutAnyMicrophoneIsSilentAndTheNextOneWorks) {
     m_desk.startSayloft({RawAnswer::ok("words")});
     m_desk.room().removeMicrophone(QStringLiteral("builtin"));
-    for (const TestKeyboard::Key key : DictationDesk::dictate)
-        m_desk.keyboard().press(key);
+    m_desk.press();
     ASSERT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("(built-in mic: false)")));
     turnEventLoopFor(500ms);
     EXPECT_EQ(m_desk.openMicrophones(), 0);
@@ -87,8 +86,7 @@ TEST_F(Dictation, isShorterWhenTheSoundServerIsStartedAnewMeanwhile) {
 
 TEST_F(Dictation, ofATapIsAShortRecordingAndTheNextOneWorks) {
     m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
-    for (const TestKeyboard::Key key : DictationDesk::dictate)
-        m_desk.keyboard().press(key);
+    m_desk.press();
     turnEventLoopFor(30ms);
     m_desk.letGo();
     ASSERT_TRUE(m_desk.waitForTranscripts(1));

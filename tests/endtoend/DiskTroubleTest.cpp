@@ -26,11 +26,6 @@ protected:
         m_desk.startSayloft({RawAnswer::ok("words")});
     }
 
-    void tryToSpeak() {
-        for (const TestKeyboard::Key key : DictationDesk::dictate)
-            m_desk.keyboard().press(key);
-    }
-
     [[nodiscard]] bool tooltipSays(const QString& reason) const {
         return waitUntil(
             [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
@@ -73,6 +68,24 @@ TEST_F(DiskTrouble, thatTheRoomEndsInADictationIsToldAfterItAndCostsNoWords) {
     EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
 }
 
+// Its sound is kept, and with it goes the file that the next one would have been written to.
+TEST_F(DiskTrouble, ofADictationThatFailsOnAFullDiskCostsNoWordsOfTheNextOnes) {
+    m_disk.emplace(m_desk.home() + QStringLiteral("/.sayloft"), "size=2m");
+    m_desk.startSayloft({RawAnswer::status(500), RawAnswer::status(500), RawAnswer::status(500),
+                         RawAnswer::status(500), RawAnswer::ok("words")});
+    m_desk.say();
+    ASSERT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+    m_disk->fill();
+    EXPECT_EQ(readFile(m_desk.lastRecording()).size(), 0);
+    m_desk.say();
+    expectInEditor(QStringLiteral("words"));
+    expectWholeSoundInLastRecording();
+    m_disk->fill();
+    m_desk.say();
+    expectInEditor(QStringLiteral("wordswords"));
+    expectWholeSoundInLastRecording();
+}
+
 TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeClearedAndCostsNoSettings) {
     m_disk.emplace(m_desk.home() + QStringLiteral("/.sayloft"), "size=2m");
     writeFile(m_desk.dataFile(QStringLiteral("history.json")), R"(["older"])");
@@ -91,7 +104,7 @@ TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeClearedAndCostsNoSettings) {
 TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
     startOnSmallDisk();
     m_disk->makeReadOnly();
-    tryToSpeak();
+    m_desk.press();
     EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
     EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
     m_desk.letGo();

@@ -107,6 +107,24 @@ TEST_F(AFailedDictation, isKeptWhenTheXServerGoes) {
     expectSoundKept();
 }
 
+TEST_F(AFailedDictation, isKeptWhenTheProgramEndsWhileTheChordIsHeld) {
+    m_desk.startSayloft({RawAnswer::hang()});
+    m_desk.hold();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.sayloft().program().signal(SIGTERM);
+    ASSERT_TRUE(m_desk.sayloft().program().waitForEnd(10s));
+    expectSoundKept();
+}
+
+TEST_F(AFailedDictation, isKeptWhenTheXServerGoesWhileTheChordIsHeld) {
+    m_desk.startSayloft({RawAnswer::hang()});
+    m_desk.hold();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.display().program().signal(SIGKILL);
+    ASSERT_TRUE(m_desk.sayloft().program().waitForEnd(10s));
+    expectSoundKept();
+}
+
 TEST_F(AFailedDictation, isKeptWhenNobodyListens) {
     m_desk.startSayloftWithoutServer();
     sayInVain();

@@ -17,7 +17,7 @@ public:
 
     void finish() override {
         m_record->isFinishing = true;
-        if (m_finish == FakeAudioInput::Finish::atOnce)
+        if (m_finish == FakeAudioInput::Finish::atOnce && !m_record->hasEnded)
             m_record->end();
     }
 
@@ -35,6 +35,11 @@ void FakeAudioInput::Capture::deliver(std::vector<float> samples) const {
 
 bool FakeAudioInput::isCapturing() const {
     return !captures.empty() && !captures.back()->isFinishing && !captures.back()->isDestroyed;
+}
+
+void FakeAudioInput::Capture::end(const QString& error) {
+    hasEnded = true;
+    request.onEnd(error);
 }
 
 std::vector<AudioDeviceId> FakeAudioInput::devices() const {

@@ -27,11 +27,13 @@ public:
         AudioCaptureRequest request;
         AudioFormat format;
         bool isFinishing = false;
+        bool hasEnded = false;
         bool isDestroyed = false;
 
         /// Hands over interleaved samples as one buffer.
         void deliver(std::vector<float> samples) const;
-        void end(const QString& error = QString()) const { request.onEnd(error); }
+        /// Once.
+        void end(const QString& error = QString());
     };
 
     /// What a capture does when it is told to finish.

@@ -60,6 +60,12 @@ RawAnswer RawAnswer::ok(const QByteArray& body) {
                      QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body};
 }
 
+RawAnswer RawAnswer::slowly(const QByteArray& body, std::chrono::milliseconds duration) {
+    RawAnswer answer = ok(body);
+    answer.trickleMs = static_cast<int>(duration.count() / answer.bytes.size());
+    return answer;
+}
+
 RawAnswer RawAnswer::status(int code) {
     return {.bytes = "HTTP/1.1 " + QByteArray::number(code) +
                      " Status\r\nContent-Length: 0\r\nConnection: close\r\n\r\n"};

@@ -4,6 +4,7 @@
 #include <QByteArray>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <mutex>
 #include <string>
@@ -21,6 +22,9 @@ struct RawAnswer {
     int trickleMs = 0;  ///< not 0: one byte at a time, this long apart
 
     [[nodiscard]] static RawAnswer ok(const QByteArray& body);
+    /// The same, but it takes so long to be sent.
+    [[nodiscard]] static RawAnswer slowly(const QByteArray& body,
+                                          std::chrono::milliseconds duration);
     [[nodiscard]] static RawAnswer status(int code);
     [[nodiscard]] static RawAnswer hang() { return {.bytes = {}, .then = Then::hang}; }
 };
