@@ -26,6 +26,7 @@ using Clock = RoomClock::Clock;
 constexpr int rounds = 21;
 /// Of a recording, to find it in what the room has heard: 0.2 s.
 constexpr std::size_t enough = 3200;
+constexpr qsizetype enoughBytes = 6400;
 
 test::Samples samplesIn(const QByteArray& raw) {
     test::Samples samples(static_cast<std::size_t>(raw.size()) / sizeof(std::int16_t));
@@ -90,7 +91,7 @@ private:
         const auto begin = Clock::now();
         test::ChildProgram parec(QStringLiteral("parec"), arguments);
         QByteArray written;
-        while (written.size() < static_cast<qsizetype>(enough * sizeof(std::int16_t))) {
+        while (written.size() < enoughBytes) {
             if (!parec.process().waitForReadyRead(10000))
                 throw std::runtime_error("parec hears nothing");
             written += parec.standardOutput();
@@ -101,7 +102,8 @@ private:
 
     [[nodiscard]] double untilFirstSoundOf(test::Samples recording, Clock::time_point begin) {
         if (recording.size() < enough)
-            throw std::runtime_error("there is hardly a recording");
+            throw std::runtime_error("only " + std::to_string(recording.size()) +
+                                     " samples were recorded");
         recording.resize(enough);
         return std::chrono::duration<double, std::milli>(m_clock.beginOf(recording) - begin)
             .count();

@@ -63,7 +63,7 @@ double timeOfPaplay(test::SoundOnset& room, int round) {
 QString sampleOf(const test::SoundServer& server, const QString& sound) {
     const QString samples = QString::fromUtf8(server.list(QStringLiteral("samples")));
     static const QRegularExpression name(QStringLiteral("Name: (sayloft-\\S*%1\\S*)").arg(sound));
-    const QString found = name.match(samples).captured(1);
+    QString found = name.match(samples).captured(1);
     if (found.isEmpty())
         throw std::runtime_error("the server has no " + sound.toStdString());
     return found;
