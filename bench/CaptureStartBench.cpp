@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// How long it takes from the chord to the first captured sample, against parec starting cold:
+// How long it takes from the start of a recording to the first sample, against parec starting cold:
 // ours from Recorder::start() to the first fragment in the program, parec's from the start of the
 // process to its first byte of output. All take turns on one private server.
 #include "audio/Recorder.h"
@@ -74,7 +74,7 @@ void compare() {
             }
         }
     }
-    const std::string name = "chord down to first sample";
+    const std::string name = "start of recording to first sample";
     bench::print({.name = name,
                   .value = bench::describeMilliseconds(ours),
                   .peer = "parec --latency-msec=20, cold",

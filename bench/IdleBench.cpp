@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 // What the program costs while nobody dictates: the real app with its helper and the starter model
 // loaded, on a desktop on which nothing happens, over a minute; and in the same minute, two other
-// programs that live in a tray.
+// programs that live in a tray, and two other HTTP servers beside the helper.
 #include "bench/BenchMain.h"
 #include "bench/Desktop.h"
 #include "bench/Result.h"
 #include "tests/support/ChildProgram.h"
+#include "tests/support/Nginx.h"
 #include "tests/support/ProcessFigures.h"
+#include "tests/support/RawHttp.h"
 #include "tests/support/SayloftProgram.h"
 
 #include <array>
@@ -78,7 +80,7 @@ void report(const Measured& ours, const Measured& peer) {
         print({.name = ours.name + " idle: " + what,
                .value = value(ours),
                .peer = peer.name,
-               .peerValue = peer.pid == 0 ? std::string() : value(peer)});
+               .peerValue = value(peer)});
     };
     row("processor time in 60 s", processorTime);
     row("wake-ups in 60 s", wakeUps);
@@ -94,13 +96,22 @@ void runBench() {
     environment.insert(QStringLiteral("HOME"), desktop.path(QStringLiteral("others")));
     const test::ChildProgram copyq(QStringLiteral("copyq"), {}, environment);
     const test::ChildProgram flameshot(QStringLiteral("flameshot"), {}, environment);
+    const test::ChildProgram python(
+        QStringLiteral("/usr/bin/python3"),
+        {QStringLiteral("-m"), QStringLiteral("http.server"), QStringLiteral("--bind"),
+         QStringLiteral("127.0.0.1"), QString::number(test::freePort())},
+        environment);
+    const test::Nginx nginx;
     std::this_thread::sleep_for(settling);
 
     const qint64 app = sayloft.program().pid();
-    std::array<Measured, 4> programs{Measured{.name = "app", .pid = app},
-                                     Measured{.name = "helper", .pid = helperOf(app)},
-                                     Measured{.name = "copyq", .pid = copyq.pid()},
-                                     Measured{.name = "flameshot", .pid = flameshot.pid()}};
+    std::array<Measured, 6> programs{
+        Measured{.name = "app", .pid = app},
+        Measured{.name = "helper", .pid = helperOf(app)},
+        Measured{.name = "copyq", .pid = copyq.pid()},
+        Measured{.name = "flameshot", .pid = flameshot.pid()},
+        Measured{.name = "python3 -m http.server", .pid = python.pid()},
+        Measured{.name = "nginx", .pid = nginx.pid()}};
     for (Measured& program : programs)
         program.before = usageOf(program.pid);
     std::this_thread::sleep_for(measured);
@@ -108,7 +119,8 @@ void runBench() {
         program.after = usageOf(program.pid);
     report(programs[0], programs[2]);
     report(programs[0], programs[3]);
-    report(programs[1], {});
+    report(programs[1], programs[4]);
+    report(programs[1], programs[5]);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 // How long it takes from play() until "Pop" and "Tink" are heard in the room, against paplay
 // starting cold with the same file: from the start of its process. All take turns on one private
-// server, and all figures include the way through the microphone, some 20 ms.
+// server, and all figures include the way through the microphone, some 20 ms. And how long play()
+// keeps its caller, against pactl play-sample from its start to its end: it too asks the server to
+// play what that has already.
 #include "bench/BenchMain.h"
 #include "bench/Result.h"
 #include "platform/linux/AudioInputPulse.h"
@@ -10,6 +12,8 @@
 #include "tests/support/SoundOnset.h"
 #include "tests/support/SoundServer.h"
 #include "tests/support/WaitUntil.h"
+
+#include <QRegularExpression>
 
 #include <array>
 #include <chrono>
@@ -55,6 +59,23 @@ double timeOfPaplay(test::SoundOnset& room, int round) {
     return time;
 }
 
+/// The name that the server has the sound under.
+QString sampleOf(const test::SoundServer& server, const QString& sound) {
+    const QString samples = QString::fromUtf8(server.list(QStringLiteral("samples")));
+    static const QRegularExpression name(QStringLiteral("Name: (sayloft-\\S*%1\\S*)").arg(sound));
+    QString found = name.match(samples).captured(1);
+    if (found.isEmpty())
+        throw std::runtime_error("the server has no " + sound.toStdString());
+    return found;
+}
+
+double timeOfPactl(const QString& sample) {
+    const auto begin = Clock::now();
+    test::run(QStringLiteral("pactl"),
+              {QStringLiteral("play-sample"), sample, QStringLiteral("room")});
+    return milliseconds(Clock::now() - begin);
+}
+
 void compare() {
     const test::SoundServer server;
     AudioInputPulse input;
@@ -69,6 +90,8 @@ void compare() {
     std::array<std::vector<double>, 2> ours;
     std::vector<double> calls;
     std::vector<double> peer;
+    std::vector<double> pactl;
+    const QString sample = sampleOf(server, names.front());
     for (int round = 0; round < rounds; ++round) {
         for (std::size_t i = 0; i < names.size(); ++i) {
             ours.at(i).push_back(timeUntilHeard(room, round, [&] {
@@ -78,6 +101,7 @@ void compare() {
             }));
         }
         peer.push_back(timeOfPaplay(room, round));
+        timeUntilHeard(room, round, [&] { pactl.push_back(timeOfPactl(sample)); });
     }
     for (std::size_t i = 0; i < names.size(); ++i)
         bench::print({.name = "play() of " + names.at(i).toStdString() + " to its sound",
@@ -86,8 +110,8 @@ void compare() {
                       .peerValue = bench::describeMilliseconds(peer)});
     bench::print({.name = "play() itself, on the main thread",
                   .value = bench::describe(1000 * bench::medianOf(calls), 0, "us"),
-                  .peer = {},
-                  .peerValue = {}});
+                  .peer = "pactl play-sample, whole",
+                  .peerValue = bench::describeMilliseconds(pactl)});
 }
 
 }  // namespace

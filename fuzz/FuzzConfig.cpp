@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
-// config.json: users and older versions write it.
-#include "fuzz/support/FuzzInput.h"
+// config.json and its copies: users, older versions and crashes write them.
+#include "fuzz/support/DataFolder.h"
 #include "storage/Config.h"
 
 using namespace sayloft;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto config = Config::decode(fuzz::byteArray(fuzz::FuzzInput(data, size).rest()));
-    if (config)
-        fuzz::require(Config::decode(config->encode()) == config);
+    static const fuzz::DataFolder folder;
+    folder.fill(Config::url(), fuzz::FuzzInput(data, size));
+    fuzz::start(Config::file(), Config::url());
+    const Config config = Config::load();
+    config.save();
+    fuzz::require(Config::load() == config);
+    fuzz::waitForDisk();
+    fuzz::require(Config::load() == config);
     return 0;
 }

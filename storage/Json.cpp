@@ -21,6 +21,8 @@ bool isCutOffJson(const QByteArray& text) {
     } catch (const Json::parse_error& error) {
         // Where the parser gave up: all that there is was right as far as it went.
         return error.byte > static_cast<std::size_t>(text.size());
+    } catch (const Json::out_of_range&) {
+        return false;  // a number that is too large for any that is saved
     }
     return false;
 }

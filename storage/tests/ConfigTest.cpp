@@ -64,6 +64,7 @@ INSTANTIATE_TEST_SUITE_P(
                     BadFile{"string", "\"model\""}, BadFile{"number", "12"},
                     BadFile{"null", "null"}, BadFile{"notJson", "model = starter"},
                     BadFile{"cutOff", "{\"playSounds\":true"},
+                    BadFile{"tooLargeNumber", "{\"playSounds\":true,\"holdDuration\":1e400}"},
                     BadFile{"twoValues", "{\"playSounds\":true}{}"},
                     BadFile{"notUtf8", "{\"playSounds\":true,\"model\":\"\xff\xfe\"}"}),
     [](const auto& file) { return file.param.name; });

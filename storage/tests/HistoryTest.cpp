@@ -91,7 +91,8 @@ TEST_P(DamagedHistoryFile, isAnEmptyHistoryUntilTheNextEntry) {
 INSTANTIATE_TEST_SUITE_P(Content, DamagedHistoryFile,
                          testing::Values(BadFile{"number", "7"}, BadFile{"object", "{\"a\":\"b\"}"},
                                          BadFile{"mixed", "[\"a\",7]"}, BadFile{"cutOff", "[\"a\""},
-                                         BadFile{"empty", ""}, BadFile{"binary", "\xff\xfe"}),
+                                         BadFile{"tooLargeNumber", "[1e400]"}, BadFile{"empty", ""},
+                                         BadFile{"binary", "\xff\xfe"}),
                          [](const auto& file) { return file.param.name; });
 
 TEST_F(HistoryFile, thatCannotBeWrittenIsNoError) {

@@ -29,6 +29,8 @@ public:
     /// Where `path`, which begins with a slash, is found.
     [[nodiscard]] QUrl url(const QString& path) const;
     [[nodiscard]] std::uint16_t port() const { return m_port; }
+    /// Of its only process.
+    [[nodiscard]] qint64 pid() const { return m_program->pid(); }
 
     /// The files that are served.
     [[nodiscard]] QString root() const;

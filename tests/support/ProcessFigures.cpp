@@ -43,6 +43,11 @@ long proportionalKilobytesOf(qint64 pid) {
     return numberIn(QStringLiteral("/proc/%1/smaps_rollup").arg(pid), "Pss");
 }
 
+long filledKilobytesOf(qint64 pid) {
+    const QString status = QStringLiteral("/proc/%1/status").arg(pid);
+    return numberIn(status, "RssAnon") + numberIn(status, "RssShmem");
+}
+
 int threadsOf(qint64 pid) {
     return static_cast<int>(numberIn(QStringLiteral("/proc/%1/status").arg(pid), "Threads"));
 }

@@ -25,6 +25,10 @@ struct ThreadSwitches {
 /// Memory that is the process's own, plus its share of what it has in common with others.
 [[nodiscard]] long proportionalKilobytesOf(qint64 pid);
 
+/// Memory that the process has filled itself, and nothing that a file holds: another process that
+/// starts or ends with the same libraries does not change it.
+[[nodiscard]] long filledKilobytesOf(qint64 pid);
+
 [[nodiscard]] int threadsOf(qint64 pid);
 [[nodiscard]] int openFilesOf(qint64 pid);
 
