@@ -95,6 +95,8 @@ void PulseCapture::onState(pa_stream* stream, void* self) {
     if (!PA_STREAM_IS_GOOD(state))
         capture->end(
             QString::fromUtf8(pa_strerror(pa_context_errno(pa_stream_get_context(stream)))));
+    else if (state == PA_STREAM_READY && capture->m_isEnded)
+        pa_stream_disconnect(stream);  // which was too early when it ended
     else if (state == PA_STREAM_READY && !capture->isRightDevice())
         capture->end(QStringLiteral("the microphone is gone"));
 }

@@ -42,11 +42,21 @@ using PulseContext = std::unique_ptr<pa_context, PulseContextEnd>;
 
 struct PulseStreamEnd {
     void operator()(pa_stream* stream) const {
-        pa_stream_set_state_callback(stream, nullptr, nullptr);
         pa_stream_set_read_callback(stream, nullptr, nullptr);
         pa_stream_set_write_callback(stream, nullptr, nullptr);
         pa_stream_set_moved_callback(stream, nullptr, nullptr);
         pa_stream_set_suspended_callback(stream, nullptr, nullptr);
+        pa_stream_set_state_callback(stream, &endOnceMade, nullptr);
+        endOnceMade(stream, nullptr);
+    }
+
+private:
+    // Nothing ends a stream of which the server has not yet said that it is there: it would be
+    // there afterwards, and a microphone open, for as long as the program runs.
+    static void endOnceMade(pa_stream* stream, void* /*nobody*/) {
+        if (pa_stream_get_state(stream) == PA_STREAM_CREATING)
+            return;
+        pa_stream_set_state_callback(stream, nullptr, nullptr);
         pa_stream_disconnect(stream);
         pa_stream_unref(stream);
     }

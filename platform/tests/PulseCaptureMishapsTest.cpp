@@ -92,6 +92,39 @@ TEST_F(APulseCapture, ofAFrozenServerNeverKeepsTheMainThreadFromWorking) {
     EXPECT_LT(since(beginOfEnd), 20ms);
 }
 
+/// Ends before the server has so much as answered, which then makes what it was asked for.
+class ACaptureThatIsOverBeforeItsStreamIsMade : public APulseCapture {
+protected:
+    std::unique_ptr<AudioCapture> captureOver() {
+        server.freeze();
+        auto capture = input.startCapture(sound.request()).capture;
+        capture->finish();
+        EXPECT_TRUE(sound.waitForEnd(1s));
+        return capture;
+    }
+
+    [[nodiscard]] bool isRecording() const {
+        return server.list(QStringLiteral("source-outputs")).contains("\"Dictation\"");
+    }
+
+    /// What was asked for before, as all that comes from one connection, is done by then.
+    void expectAllMicrophonesToBeClosedOnceTheServerGoesOn() {
+        server.thaw();
+        expectNextCaptureWorks();
+        EXPECT_TRUE(waitUntil([this] { return !isRecording(); }, 3s));
+    }
+};
+
+TEST_F(ACaptureThatIsOverBeforeItsStreamIsMade, leavesNoMicrophoneOpen) {
+    captureOver().reset();
+    expectAllMicrophonesToBeClosedOnceTheServerGoesOn();
+}
+
+TEST_F(ACaptureThatIsOverBeforeItsStreamIsMade, leavesNoMicrophoneOpenWhileItIsKept) {
+    const auto capture = captureOver();
+    expectAllMicrophonesToBeClosedOnceTheServerGoesOn();
+}
+
 TEST_F(APulseCapture, ofAServerThatStaysFrozenEndsByItself) {
     server.freeze();
     const auto capture = input.startCapture(sound.request()).capture;
