@@ -3,6 +3,7 @@
 #include "models/ModelCatalogue.h"
 #include "tests/endtoend/Dictation.h"
 #include "tests/support/OwnNamespaces.h"
+#include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/VisibleWindows.h"
@@ -40,12 +41,9 @@ protected:
     /// What is sent on a connection goes where that was made to, so that addresses are all.
     const QTemporaryDir m_directory;
     const QString m_trace = m_directory.filePath(QStringLiteral("trace"));
-    const QStringList m_traced{
-        QStringLiteral("strace"), QStringLiteral("-f"),
-        QStringLiteral("-qq"),    QStringLiteral("--seccomp-bpf"),
-        QStringLiteral("-s"),     QStringLiteral("300"),
-        QStringLiteral("-o"),     m_trace,
-        QStringLiteral("-e"),     QStringLiteral("trace=connect,sendto,sendmsg,sendmmsg")};
+    const QStringList m_traced =
+        strace(m_trace, {QStringLiteral("-s"), QStringLiteral("300"), QStringLiteral("-e"),
+                         QStringLiteral("trace=connect,sendto,sendmsg,sendmmsg")});
 
     /// Every address that a call named, in the words of the test.
     [[nodiscard]] std::set<std::string> reached() {

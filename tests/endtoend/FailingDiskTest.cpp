@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The real program while calls of the kernel that concern its files fail.
 #include "tests/endtoend/Dictation.h"
+#include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
@@ -27,20 +28,13 @@ class ADictationOnAFailingDisk : public Dictation, public testing::WithParamInte
 protected:
     ADictationOnAFailingDisk() {
         const Failing& failing = GetParam();
-        QStringList strace{
-            QStringLiteral("strace"),
-            QStringLiteral("-f"),
-            QStringLiteral("-qq"),
-            QStringLiteral("--seccomp-bpf"),
-            QStringLiteral("-o"),
+        QStringList command = strace(
             m_trace,
-            QStringLiteral("-e"),
-            QStringLiteral("trace=") + failing.call,
-            QStringLiteral("-e"),
-            QStringLiteral("inject=%1:error=ENOSPC:when=%2").arg(failing.call, failing.when)};
+            {QStringLiteral("-e"), QStringLiteral("trace=") + failing.call, QStringLiteral("-e"),
+             QStringLiteral("inject=%1:error=ENOSPC:when=%2").arg(failing.call, failing.when)});
         for (const QString& file : failing.files)
-            strace << QStringLiteral("-P") << m_desk.dataFile(file);
-        m_desk.runBy(strace);
+            command << QStringLiteral("-P") << m_desk.dataFile(file);
+        m_desk.runBy(command);
     }
 
     const QTemporaryDir m_directory;
