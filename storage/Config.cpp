@@ -69,7 +69,8 @@ QString Config::url() {
 }
 
 KeptFile Config::file() {
-    return {url(), [](const QByteArray& text) { return decode(text).has_value(); }};
+    return {url(), [](const QByteArray& text) { return decode(text).has_value(); },
+            KeptFile::Author::user};
 }
 
 Config Config::load() {

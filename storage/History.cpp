@@ -42,7 +42,8 @@ QString History::url() {
 }
 
 KeptFile History::file() {
-    return {url(), [](const QByteArray& text) { return decode(text).has_value(); }};
+    return {url(), [](const QByteArray& text) { return decode(text).has_value(); },
+            KeptFile::Author::program};
 }
 
 void History::save() const {
