@@ -3,6 +3,7 @@
 
 #include "models/Paths.h"
 #include "storage/Json.h"
+#include "storage/LateSaves.h"
 
 #include <optional>
 
@@ -50,7 +51,7 @@ void History::save() const {
     Json items = Json::array();
     for (const QString& item : m_items)
         items.push_back(toJson(item));
-    file().write(writeJson(items));
+    saveNowOrLater(file(), writeJson(items));
 }
 
 }  // namespace sayloft

@@ -43,6 +43,8 @@ public:
 
     KeptFile(QString path, IsWhole isWhole, Author author);
 
+    [[nodiscard]] const QString& path() const { return m_path; }
+
     /// A file that somebody has removed is not brought back.
     [[nodiscard]] Content read() const;
 
