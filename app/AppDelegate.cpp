@@ -16,6 +16,7 @@
 #include "platform/SystemSounds.h"
 #include "platform/TrayItem.h"
 #include "platform/WindowEffects.h"
+#include "storage/LateSaves.h"
 #include "storage/Log.h"
 #include "storage/StoredFiles.h"
 #include "updates/Updater.h"
@@ -101,6 +102,7 @@ void AppDelegate::applicationDidFinishLaunching() {
 void AppDelegate::applicationWillTerminate() {
     m_restart.cancel();
     m_session.giveUp();
+    saveWhatIsLate();
     m_parakeet.stop();
     m_downloader.stop();
     m_paster.restoreForGood();
@@ -285,6 +287,7 @@ void AppDelegate::storeCapturedChord(const ChordCaptured& captured) {
 
 void AppDelegate::dictationEnded() {
     m_restart.review();
+    saveWhatIsLate();
     m_troubles.dictationEnded();
     showReason();
 }

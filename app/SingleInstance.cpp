@@ -7,9 +7,15 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
+#include <QFile>
 
+#include <cerrno>
 #include <chrono>
 #include <optional>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
 
 namespace sayloft {
 namespace {
@@ -32,19 +38,38 @@ SingleInstance::SingleInstance(SessionBusConnection& connection)
     m_lock.setStaleLockTime(0);
 }
 
-SingleInstance::~SingleInstance() = default;
+SingleInstance::~SingleInstance() {
+    if (m_folder >= 0)
+        ::close(m_folder);
+}
 
 bool SingleInstance::claim() {
     ensureDataDir();
-    const bool isOther = !tryLock() && m_lock.error() == QLockFile::LockFailedError;
-    if (isOther) {
+    if (isOther()) {
         activateTheOther();
         return false;
     }
-    // Where the lock cannot be written at all, a second copy is the lesser evil.
     takeName();
     connect(&m_connection, &SessionBusConnection::restored, this, [this] { takeName(); });
     return true;
+}
+
+bool SingleInstance::isOther() {
+    const bool isLocked = tryLock();
+    if (!isLocked && m_lock.error() == QLockFile::LockFailedError)
+        return true;
+    // Where the file cannot be written, as on a full disk, the folder is all that can be locked.
+    // Where that cannot be either, a second copy is the lesser evil.
+    if (!isFolderTaken())
+        return false;
+    m_lock.unlock();
+    return true;
+}
+
+// That needs no room, and ends with the process.
+bool SingleInstance::isFolderTaken() {
+    m_folder = ::open(QFile::encodeName(DATA_DIR).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    return m_folder >= 0 && ::flock(m_folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
 }
 
 bool SingleInstance::tryLock() {

@@ -13,8 +13,9 @@ namespace sayloft {
 class SessionBusConnection;
 
 /// Sees to it that one copy of the program runs per user, which is per home directory: a lock file
-/// in DATA_DIR decides. A second copy finds the first by its name on the session bus, where there
-/// is one, and asks it to come to the front. Main thread.
+/// in DATA_DIR decides, and where that cannot be written a lock of the folder itself. A second copy
+/// finds the first by its name on the session bus, where there is one, and asks it to come to the
+/// front. Main thread.
 class SingleInstance : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Application")
@@ -39,12 +40,15 @@ public Q_SLOTS:
                                      const QVariantMap& platformData);
 
 private:
+    [[nodiscard]] bool isOther();
     [[nodiscard]] bool tryLock();
+    [[nodiscard]] bool isFolderTaken();
     void takeName();
     void activateTheOther() const;
 
     SessionBusConnection& m_connection;
     QLockFile m_lock;
+    int m_folder = -1;  ///< open and locked while this copy is the one
 };
 
 }  // namespace sayloft

@@ -3,6 +3,7 @@
 
 #include "models/Paths.h"
 #include "storage/Json.h"
+#include "storage/LateSaves.h"
 #include "storage/LegacyKeyCode.h"
 
 namespace sayloft {
@@ -69,7 +70,8 @@ QString Config::url() {
 }
 
 KeptFile Config::file() {
-    return {url(), [](const QByteArray& text) { return decode(text).has_value(); }};
+    return {url(), [](const QByteArray& text) { return decode(text).has_value(); },
+            KeptFile::Author::user};
 }
 
 Config Config::load() {
@@ -78,7 +80,7 @@ Config Config::load() {
 }
 
 void Config::save() const {
-    file().write(encode());
+    saveNowOrLater(file(), encode());
 }
 
 std::optional<Config> Config::decode(const QByteArray& json) {

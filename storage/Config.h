@@ -37,7 +37,7 @@ struct Config {
     /// Never fails: what cannot be read has its default. Writes nothing.
     [[nodiscard]] static Config load();
 
-    /// Rewrites the file in place; failures are silent.
+    /// Rewrites the file in place, later where that fails; failures are silent.
     void save() const;
 
     /// Every key is read on its own; none when the top level is not a JSON object.

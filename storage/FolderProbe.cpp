@@ -5,28 +5,44 @@
 
 #include <QFile>
 
+#include <array>
 #include <cerrno>
-#include <vector>
+#include <cstdint>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <unistd.h>
 
 namespace sayloft {
 namespace {
 
-constexpr std::size_t eightSeconds = 256'000;
+constexpr std::uint64_t eightSeconds = 256'000;
 
 FolderState stateAfter(int error) {
     const bool isFull = error == ENOSPC || error == EDQUOT;
     return isFull ? FolderState::full : FolderState::refuses;
 }
 
+/// Some file systems do not say how large they are.
+bool saysThatThereIsNoRoom(int descriptor) {
+    struct statvfs disk {};
+    if (::fstatvfs(descriptor, &disk) != 0 || disk.f_blocks == 0)
+        return false;
+    // What is kept for root alone is room for root.
+    const std::uint64_t blocks = ::geteuid() == 0 ? disk.f_bfree : disk.f_bavail;
+    return blocks * disk.f_frsize < eightSeconds;
+}
+
+// One block shows what is not asked for: quotas, and disks that fail. More would be missing to
+// those who write at the same time.
 FolderState tryFile(int descriptor) {
-    const std::vector<char> zeros(eightSeconds);
+    if (saysThatThereIsNoRoom(descriptor))
+        return FolderState::full;
+    const std::array<char, 4096> block{};
     errno = ENOSPC;  // of a write that had room for a part
-    const ssize_t written = ::write(descriptor, zeros.data(), zeros.size());
-    return written == static_cast<ssize_t>(zeros.size()) ? FolderState::writable
+    const ssize_t written = ::write(descriptor, block.data(), block.size());
+    return written == static_cast<ssize_t>(block.size()) ? FolderState::writable
                                                          : stateAfter(errno);
 }
 

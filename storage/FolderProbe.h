@@ -11,8 +11,9 @@ enum class FolderState {
     refuses,  ///< it is read-only, somebody else's or no folder
 };
 
-/// Tries to write as much into the folder, which is made where it is missing, as a dictation of
-/// some seconds needs. Nothing is left behind.
+/// Tries to write a little into the folder, which is made where it is missing, and asks whether
+/// there is room for as much as a dictation of some seconds needs. Takes no such room from others,
+/// and leaves nothing behind.
 [[nodiscard]] FolderState tryFolder(const QString& path);
 
 }  // namespace sayloft

@@ -3,6 +3,7 @@
 
 #include "models/Paths.h"
 #include "storage/Json.h"
+#include "storage/LateSaves.h"
 
 #include <optional>
 
@@ -42,14 +43,15 @@ QString History::url() {
 }
 
 KeptFile History::file() {
-    return {url(), [](const QByteArray& text) { return decode(text).has_value(); }};
+    return {url(), [](const QByteArray& text) { return decode(text).has_value(); },
+            KeptFile::Author::program};
 }
 
 void History::save() const {
     Json items = Json::array();
     for (const QString& item : m_items)
         items.push_back(toJson(item));
-    file().write(writeJson(items));
+    saveNowOrLater(file(), writeJson(items));
 }
 
 }  // namespace sayloft

@@ -55,7 +55,6 @@ bool isStillAt(const QString& path, int descriptor) {
            there.st_dev == open.st_dev;
 }
 
-/// In one step, in place of what is there.
 /// Of a text that was to be put aside.
 QString fate(const std::optional<QString>& path) {
     return path ? QStringLiteral("is kept in ") + QFileInfo(*path).fileName()
@@ -64,7 +63,8 @@ QString fate(const std::optional<QString>& path) {
 
 }  // namespace
 
-KeptFile::KeptFile(QString path, IsWhole isWhole) : m_path(std::move(path)), m_isWhole(isWhole) {}
+KeptFile::KeptFile(QString path, IsWhole isWhole, Author author)
+    : m_path(std::move(path)), m_isWhole(isWhole), m_author(author) {}
 
 KeptFile::Content KeptFile::read() const {
     // A link into nowhere has not been removed: what it leads to may be back at the next start.
@@ -75,7 +75,7 @@ KeptFile::Content KeptFile::read() const {
         return {.text = wholeCopy(), .source = Source::unreadable};
     if (m_isWhole(*text))
         return {.text = std::move(text), .source = Source::file};
-    if (isCutOffJson(*text)) {
+    if (isByAccident(*text)) {
         if (auto copy = wholeCopy())
             return {.text = std::move(copy), .source = Source::copy};
         if (isCopyOutOfReach())
@@ -123,6 +123,11 @@ KeptFile::Source KeptFile::mend() const {
 
 void KeptFile::waitForDisk(std::chrono::milliseconds deadline) {
     disk().thread.waitForDone(static_cast<int>(deadline.count()));
+}
+
+// Nobody wishes for half a text, nor for one that is no JSON where only the program writes.
+bool KeptFile::isByAccident(const QByteArray& text) const {
+    return isCutOffJson(text) || (m_author == Author::program && !parseJson(text));
 }
 
 // A new copy is never older than the one that is saved.
@@ -194,11 +199,12 @@ void KeptFile::refreshCopy(const QByteArray& text) const {
 }
 
 void KeptFile::finishSave(const QByteArray& text) const {
-    log(QStringLiteral("is cut off: read from its copy"));
+    const QByteArray there = readWholeFile(m_path).value_or(QByteArray());
+    log((isCutOffJson(there) ? QStringLiteral("is cut off") : QStringLiteral("is damaged")) +
+        QStringLiteral(": read from its copy"));
     // Not only the beginning of what was to be saved: somebody has lost its end while changing it.
-    const QByteArray cutOff = readWholeFile(m_path).value_or(QByteArray());
-    if (!text.startsWith(cutOff)) {
-        const auto kept = writeAside(cutOff, brokenText());
+    if (!text.startsWith(there)) {
+        const auto kept = writeAside(there, brokenText());
         log(QStringLiteral("was changed: that text ") + fate(kept));
         if (!kept)
             return;

@@ -22,10 +22,16 @@ public:
     /// Says whether a text is all that such a file holds.
     using IsWhole = bool (*)(const QByteArray& text);
 
+    /// Who changes the file.
+    enum class Author {
+        program,  ///< the program alone: a text that is no JSON is damaged
+        user,     ///< the user too, who may have made a slip in it
+    };
+
     enum class Source {
         none,        ///< there is no such file
         file,        ///< the file itself
-        copy,        ///< the file is cut off, as a save that was not finished leaves it
+        copy,        ///< the file is cut off, as a save that was not finished leaves it, or damaged
         broken,      ///< the file is not what it should be: somebody has changed it
         unreadable,  ///< the file or its copy is there and cannot be read; the text is the copy's,
                      ///< if any
@@ -35,7 +41,9 @@ public:
         Source source = Source::none;
     };
 
-    KeptFile(QString path, IsWhole isWhole);
+    KeptFile(QString path, IsWhole isWhole, Author author);
+
+    [[nodiscard]] const QString& path() const { return m_path; }
 
     /// A file that somebody has removed is not brought back.
     [[nodiscard]] Content read() const;
@@ -59,6 +67,7 @@ private:
     [[nodiscard]] QString savedCopy() const { return m_path + QStringLiteral(".saved"); }
     [[nodiscard]] QString brokenText() const { return m_path + QStringLiteral(".broken"); }
     [[nodiscard]] QString lastGood() const { return m_path + QStringLiteral(".last-good"); }
+    [[nodiscard]] bool isByAccident(const QByteArray& text) const;
     [[nodiscard]] std::optional<QByteArray> wholeCopy() const;
     [[nodiscard]] bool isCopyOutOfReach() const;
     [[nodiscard]] bool findsRoom(const QByteArray& text) const;
@@ -78,6 +87,7 @@ private:
 
     QString m_path;
     IsWhole m_isWhole;
+    Author m_author;
 };
 
 }  // namespace sayloft

@@ -4,6 +4,7 @@
 #include "models/Paths.h"
 #include "storage/Config.h"
 #include "storage/History.h"
+#include "storage/Json.h"
 #include "storage/StoredFiles.h"
 #include "tests/support/TempHome.h"
 
@@ -78,6 +79,53 @@ TEST_F(AKeptFile, ofTheHistoryIsReadFromItsCopyWhereverItIsCutOff) {
         test::writeFile(History::url(), text.first(length));
         ASSERT_EQ(History().items(), m_history.items()) << length;
     }
+}
+
+TEST_F(AKeptFile, ofTheHistoryIsReadFromItsCopyWhereverABlockOfAnotherFileIsInIt) {
+    const QByteArray text = test::readFile(History::url());
+    const QByteArray block("]}\x01,{:");
+    for (qsizetype place = 0; place + block.size() <= text.size(); ++place) {
+        test::writeFile(History::url(), QByteArray(text).replace(place, block.size(), block));
+        ASSERT_EQ(History().items(), m_history.items()) << place;
+    }
+}
+
+// A byte of a transcript that has become another sign is none that anybody can tell.
+TEST_F(AKeptFile, ofTheHistoryIsReadFromItsCopyWhereverAFlippedBitMakesItNoJson) {
+    const QByteArray text = test::readFile(History::url());
+    int damaged = 0;
+    for (qsizetype bit = 0; bit < text.size() * 8; ++bit) {
+        QByteArray flipped = text;
+        flipped[bit / 8] = static_cast<char>(text.at(bit / 8) ^ (1 << (bit % 8)));
+        if (parseJson(flipped))
+            continue;
+        ++damaged;
+        test::writeFile(History::url(), flipped);
+        ASSERT_EQ(History().items(), m_history.items()) << bit;
+    }
+    EXPECT_GT(damaged, text.size());
+}
+
+TEST_F(AKeptFile, ofTheHistoryThatIsDamagedIsMendedAtTheNextStartAndKeptAside) {
+    const QByteArray text = test::readFile(History::url());
+    const QByteArray damaged = QByteArray(text).replace(3, 4, "\"}]{");
+    test::writeFile(History::url(), damaged);
+    EXPECT_TRUE(mendStoredFiles());
+    EXPECT_EQ(test::readFile(History::url()), text);
+    EXPECT_EQ(test::readFile(History::url() + QStringLiteral(".broken")), damaged);
+    EXPECT_EQ(m_home.log(), QStringLiteral("history.json is damaged: read from its copy\n"
+                                           "history.json was changed: that text is kept in "
+                                           "history.json.broken\n"));
+    EXPECT_EQ(History().items(), m_history.items());
+}
+
+TEST_F(AKeptFile, ofTheHistoryThatIsAnotherJsonIsSomebodysWishAndKeptAside) {
+    for (const char* other : {"{}", "[1]"}) {
+        test::writeFile(History::url(), other);
+        EXPECT_EQ(History().items(), std::vector<QString>());
+    }
+    mendStoredFiles();
+    EXPECT_EQ(test::readFile(History::url() + QStringLiteral(".broken")), "[1]");
 }
 
 TEST_F(AKeptFile, prefersTheNewCopyOfASaveThatWasNotFinished) {

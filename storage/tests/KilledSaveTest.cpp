@@ -6,6 +6,7 @@
 #include "storage/StoredFiles.h"
 #include "storage/tests/NumberedState.h"
 #include "tests/support/ChildProgram.h"
+#include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
@@ -103,13 +104,14 @@ TEST_F(AKilledSave, costsNeitherTheSettingsNorTheHistory) {
 
 // Every synchronisation takes half a second here, and a save is still done at once.
 TEST_F(AKilledSave, isNotOneThatWaitedForTheDisk) {
-    test::ChildProgram program(
-        QStringLiteral("strace"),
-        {QStringLiteral("-f"), QStringLiteral("--seccomp-bpf"), QStringLiteral("-qq"),
-         QStringLiteral("-o"), m_home.path() + QStringLiteral("/trace"), QStringLiteral("-e"),
-         QStringLiteral("trace=fsync"), QStringLiteral("-e"),
-         QStringLiteral("inject=fsync:delay_enter=500000"), QStringLiteral(SAVE_FOREVER),
-         m_home.path(), QStringLiteral("1"), QString::number(transcriptSize)});
+    const QString trace = m_home.path() + QStringLiteral("/trace");
+    QStringList command = test::strace(trace, {QStringLiteral("-e"), QStringLiteral("trace=fsync"),
+                                               QStringLiteral("-e"),
+                                               QStringLiteral("inject=fsync:delay_enter=500000")}) +
+                          QStringList{QStringLiteral(SAVE_FOREVER), m_home.path(),
+                                      QStringLiteral("1"), QString::number(transcriptSize)};
+    const QString strace = command.takeFirst();
+    test::ChildProgram program(strace, command);
     constexpr qsizetype states = 200;
     QByteArray numbers;
     EXPECT_TRUE(test::waitUntil(
@@ -121,8 +123,7 @@ TEST_F(AKilledSave, isNotOneThatWaitedForTheDisk) {
     // strace itself does not heed SIGTERM.
     program.signal(SIGKILL);
     program.end();
-    EXPECT_TRUE(test::readFile(m_home.path() + QStringLiteral("/trace")).contains("fsync("))
-        << program.standardError().toStdString();
+    EXPECT_TRUE(test::readFile(trace).contains("fsync(")) << program.standardError().toStdString();
 }
 
 }  // namespace

@@ -72,8 +72,8 @@ TEST_P(ASaveOf, bringsTheCopyToTheDiskBeforeThatReplacesTheOlderOne) {
     traceIt();
     const std::string& file = GetParam();
     expectOrder({"write " + file + ".new.part", "rename " + file + ".new.part " + file + ".new",
-                 "fsync " + file + ".new", "rename " + file + ".new " + file + ".saved",
-                 "fsync " + file});
+                 "fsync " + file + ".new", "fsync .sayloft",
+                 "rename " + file + ".new " + file + ".saved", "fsync .sayloft", "fsync " + file});
 }
 
 TEST_P(ASaveOf, bringsTheVeryFirstCopyToTheDiskBeforeItTouchesTheFile) {

@@ -6,6 +6,7 @@
 #include "storage/History.h"
 #include "storage/tests/NumberedState.h"
 #include "tests/support/ChildProgram.h"
+#include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
 
 #include <QDir>
@@ -53,9 +54,7 @@ protected:
 
     /// A command that traces the calls that concern the stored files; see `trace`.
     [[nodiscard]] QStringList strace(const QStringList& options) const {
-        QStringList command{QStringLiteral("strace"), QStringLiteral("-f"), QStringLiteral("-qq"),
-                            QStringLiteral("-o"), m_traces.filePath(QStringLiteral("trace"))};
-        command += options;
+        QStringList command = test::strace(m_traces.filePath(QStringLiteral("trace")), options);
         for (const QString& path : storedFiles())
             command << QStringLiteral("-P") << path;
         return command;

@@ -2,7 +2,10 @@
 // Whom the real program and all that it starts talk to, as the kernel saw it.
 #include "models/ModelCatalogue.h"
 #include "tests/endtoend/Dictation.h"
+#include "tests/endtoend/SettingsSwitch.h"
+#include "tests/support/ModelHost.h"
 #include "tests/support/OwnNamespaces.h"
+#include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/VisibleWindows.h"
@@ -40,12 +43,9 @@ protected:
     /// What is sent on a connection goes where that was made to, so that addresses are all.
     const QTemporaryDir m_directory;
     const QString m_trace = m_directory.filePath(QStringLiteral("trace"));
-    const QStringList m_traced{
-        QStringLiteral("strace"), QStringLiteral("-f"),
-        QStringLiteral("-qq"),    QStringLiteral("--seccomp-bpf"),
-        QStringLiteral("-s"),     QStringLiteral("300"),
-        QStringLiteral("-o"),     m_trace,
-        QStringLiteral("-e"),     QStringLiteral("trace=connect,sendto,sendmsg,sendmmsg")};
+    const QStringList m_traced =
+        strace(m_trace, {QStringLiteral("-s"), QStringLiteral("300"), QStringLiteral("-e"),
+                         QStringLiteral("trace=connect,sendto,sendmsg,sendmmsg")});
 
     /// Every address that a call named, in the words of the test.
     [[nodiscard]] std::set<std::string> reached() {
@@ -69,6 +69,9 @@ protected:
             return "sound server";
         if (rest.contains(QStringLiteral("at-spi")))
             return "AT-SPI";
+        if (rest == QStringLiteral("sin_port=htons(%1), sin_addr=inet_addr(\"127.0.0.1\")")
+                        .arg(QUrl(m_host.proxy().url()).port()))
+            return "model host";
         if (rest == QStringLiteral("sin_port=htons(8090), sin_addr=inet_addr(\"127.0.0.1\")"))
             return "127.0.0.1:8090";
         if (family == QStringLiteral("AF_NETLINK"))
@@ -108,10 +111,33 @@ protected:
         return visibleWindows(m_desk.display(), QStringLiteral("sayloft")).size();
     }
 
-    void openByMenu(const QString& label) {
-        const qsizetype before = windows();
-        m_client.click(label);
-        EXPECT_TRUE(waitUntil([&] { return windows() > before; }, 20s)) << label.toStdString();
+    /// A desktop without a program for the keyboard's reach, and without a browser: the help is a
+    /// window of the program.
+    void leaveOnlyOwnHelp() {
+        m_desk.setEnvironment(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("i3"));
+        for (const char* name : {"XDG_DATA_HOME", "XDG_CONFIG_HOME", "XDG_CONFIG_DIRS"})
+            m_desk.setEnvironment(QString::fromLatin1(name), m_desk.home());
+    }
+
+    void openFromSettings(const SettingsSwitch& settings, const char* button, const char* title) {
+        settings.press(QString::fromUtf8(button));
+        static_cast<void>(settings.windows().window(QString::fromUtf8(title)));
+    }
+
+    /// Once it is there: the trace would go on as long as it runs.
+    void closeMixer() {
+        const QString mixer = QStringLiteral("pavucontrol");
+        ASSERT_TRUE(
+            waitUntil([&] { return !visibleWindows(m_desk.display(), mixer).isEmpty(); }, 20s));
+        run(QStringLiteral("xdotool"),
+            {QStringLiteral("windowkill"), visibleWindows(m_desk.display(), mixer).constFirst()},
+            {}, m_desk.display().environment());
+    }
+
+    void download(const SettingsSwitch& settings) {
+        m_host.offer();
+        settings.press(QStringLiteral("Download English only (v2) — best for English"));
+        EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("model download english: ok"), 60s));
     }
 
     void quit(SayloftProgram& sayloft) {
@@ -120,19 +146,33 @@ protected:
     }
 
     TrayClient m_client{m_desk.bus()};
+    const ModelHost m_host{QStringLiteral("english"), QByteArray(100'000, 'm'), {}};
 };
 
 TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
+    leaveOnlyOwnHelp();
+    m_desk.connectTo(m_host);
+    const SettingsSwitch settings(m_desk);
+    writeFile(m_desk.dataFile(QStringLiteral("history.json")), R"(["older words"])");
     m_desk.startSayloft();
     m_desk.say();
     ASSERT_TRUE(m_desk.waitForTranscripts(1, 60s));
-    openByMenu(QStringLiteral("Settings…"));
-    openByMenu(QStringLiteral("Check for Updates…"));
+    m_client.click(QStringLiteral("older words"));
+    settings.open();
+    settings.press(SettingsSwitch::login);
+    openFromSettings(settings, "Edit dictionary…", "Dictionary");
+    openFromSettings(settings, "Open Settings: Accessibility", "Sayloft: keyboard and microphone");
+    settings.press(QStringLiteral("Open Settings: Microphone"));
+    closeMixer();
+    const qsizetype before = windows();
+    m_client.click(QStringLiteral("Check for Updates…"));
+    EXPECT_TRUE(waitUntil([&] { return windows() > before; }, 20s));
+    download(settings);
     quit(m_desk.sayloft());
-    EXPECT_THAT(reached(), testing::IsSupersetOf(
-                               {"X server", "session bus", "sound server", "127.0.0.1:8090"}));
-    EXPECT_THAT(reached(), testing::IsSubsetOf({"X server", "session bus", "sound server",
-                                                "127.0.0.1:8090", "AT-SPI", "kernel"}));
+    EXPECT_THAT(reached(), testing::IsSupersetOf({"X server", "session bus", "sound server",
+                                                  "AT-SPI", "127.0.0.1:8090", "model host"}));
+    EXPECT_THAT(reached(), testing::IsSubsetOf({"X server", "session bus", "sound server", "AT-SPI",
+                                                "127.0.0.1:8090", "model host", "kernel"}));
 }
 
 // It downloads its model, and the name of where that lies is all that it asks for.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/support/ModelHost.h"
 #include "tests/support/RawHttpServer.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
@@ -33,6 +34,9 @@ public:
 
     /// For the program only; before it is started.
     void setEnvironment(const QString& name, const QString& value);
+
+    /// As if this were the network.
+    void connectTo(const ModelHost& host) { host.addTo(m_extraEnvironment); }
 
     /// Starts the program with its own speech helper. `settings` are members of its configuration
     /// beside those that every test shares.

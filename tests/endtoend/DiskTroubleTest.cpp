@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The real program on a disk that is full or read-only, and with settings that cannot be read.
 #include "tests/endtoend/Dictation.h"
+#include "tests/endtoend/SettingsSwitch.h"
 #include "tests/support/BusMonitor.h"
 #include "tests/support/NotificationDaemon.h"
 #include "tests/support/OwnNamespaces.h"
@@ -86,11 +87,10 @@ TEST_F(DiskTrouble, ofADictationThatFailsOnAFullDiskCostsNoWordsOfTheNextOnes) {
     expectWholeSoundInLastRecording();
 }
 
-TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeClearedAndCostsNoSettings) {
+TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeCleared) {
     m_disk.emplace(m_desk.home() + QStringLiteral("/.sayloft"), "size=2m");
     writeFile(m_desk.dataFile(QStringLiteral("history.json")), R"(["older"])");
     m_desk.startSayloft({RawAnswer::ok("words")});
-    const QByteArray settings = readFile(m_desk.dataFile(QStringLiteral("config.json")));
     m_disk->fill();
     m_desk.keyboard().press(TestKeyboard::shiftLeft);
     m_client.click(QStringLiteral("Clear History"));
@@ -98,7 +98,46 @@ TEST_F(DiskTrouble, ofAFullDiskLetsTheHistoryBeClearedAndCostsNoSettings) {
         waitUntil([this] { return m_client.labels().contains(QStringLiteral("(empty)")); }));
     m_desk.keyboard().release(TestKeyboard::shiftLeft);
     EXPECT_TRUE(waitUntil([this] { return m_desk.history().trimmed() == "[]"; }));
-    EXPECT_EQ(readFile(m_desk.dataFile(QStringLiteral("config.json"))), settings);
+}
+
+/// A setting is changed where there is no room for it.
+class ASettingOnAFullDisk : public DiskTrouble {
+protected:
+    void change() {
+        startOnSmallDisk();
+        const QByteArray before = settings();
+        m_settings.open();
+        m_disk->fill();
+        ASSERT_TRUE(m_settings.isOn(SettingsSwitch::boost));
+        m_settings.press(SettingsSwitch::boost);
+        ASSERT_TRUE(waitUntil([this] { return !m_settings.isOn(SettingsSwitch::boost); }));
+        EXPECT_EQ(settings(), before);
+        m_disk->makeRoom();
+    }
+
+    [[nodiscard]] QByteArray settings() const {
+        return readFile(m_desk.dataFile(QStringLiteral("config.json")));
+    }
+
+    [[nodiscard]] bool isSaved() const { return settings().contains(R"("boostMic":false)"); }
+
+    const SettingsSwitch m_settings{m_desk};
+};
+
+TEST_F(ASettingOnAFullDisk, isSavedAfterTheNextDictationThatFindsRoom) {
+    ASSERT_NO_FATAL_FAILURE(change());
+    EXPECT_FALSE(isSaved());
+    m_desk.say();
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    EXPECT_TRUE(waitUntil([this] { return isSaved(); })) << settings().toStdString();
+}
+
+TEST_F(ASettingOnAFullDisk, isSavedAtTheEndWhereThereIsRoomByThen) {
+    ASSERT_NO_FATAL_FAILURE(change());
+    EXPECT_FALSE(isSaved());
+    m_desk.sayloft().program().signal(SIGTERM);
+    ASSERT_TRUE(m_desk.sayloft().program().waitForEnd(10s));
+    EXPECT_TRUE(isSaved()) << settings().toStdString();
 }
 
 TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
@@ -107,10 +146,13 @@ TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
     m_desk.press();
     EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
     EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
+    EXPECT_EQ(m_desk.openMicrophones(), 0);
     m_desk.letGo();
     m_disk->makeWritable();
     m_desk.say();
     expectInEditor(QStringLiteral("words"));
+    // Of the one before there was nothing to be sent.
+    EXPECT_EQ(m_desk.recordings().size(), 1U);
     EXPECT_TRUE(tooltipSaysNothing());
 }
 

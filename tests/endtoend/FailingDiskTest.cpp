@@ -1,9 +1,16 @@
 // SPDX-License-Identifier: MIT
 // The real program while calls of the kernel that concern its files fail.
+#include "models/Paths.h"
+#include "storage/Config.h"
 #include "tests/endtoend/Dictation.h"
+#include "tests/endtoend/SettingsSwitch.h"
+#include "tests/support/OwnNamespaces.h"
+#include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/WaitUntil.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <ostream>
@@ -14,7 +21,7 @@ namespace {
 
 struct Failing {
     std::string description;
-    QStringList files;  ///< in the program's folder
+    QStringList files;  ///< in the home directory; of a move what is moved
     QString call;
     QString when;
 };
@@ -23,29 +30,28 @@ void PrintTo(const Failing& failing, std::ostream* out) {
     *out << failing.description;
 }
 
-class ADictationOnAFailingDisk : public Dictation, public testing::WithParamInterface<Failing> {
+class OnAFailingDisk : public Dictation, public testing::WithParamInterface<Failing> {
 protected:
-    ADictationOnAFailingDisk() {
+    OnAFailingDisk() {
         const Failing& failing = GetParam();
-        QStringList strace{
-            QStringLiteral("strace"),
-            QStringLiteral("-f"),
-            QStringLiteral("-qq"),
-            QStringLiteral("--seccomp-bpf"),
-            QStringLiteral("-o"),
+        QStringList command = strace(
             m_trace,
-            QStringLiteral("-e"),
-            QStringLiteral("trace=") + failing.call,
-            QStringLiteral("-e"),
-            QStringLiteral("inject=%1:error=ENOSPC:when=%2").arg(failing.call, failing.when)};
+            {QStringLiteral("-e"), QStringLiteral("trace=") + failing.call, QStringLiteral("-e"),
+             QStringLiteral("inject=%1:error=ENOSPC:when=%2").arg(failing.call, failing.when)});
         for (const QString& file : failing.files)
-            strace << QStringLiteral("-P") << m_desk.dataFile(file);
-        m_desk.runBy(strace);
+            command << QStringLiteral("-P") << m_desk.home() + QLatin1Char('/') + file;
+        m_desk.runBy(command);
+    }
+
+    void expectFailedCalls() const {
+        EXPECT_TRUE(readFile(m_trace).contains("(INJECTED)")) << "no call has failed";
     }
 
     const QTemporaryDir m_directory;
     const QString m_trace = m_directory.filePath(QStringLiteral("trace"));
 };
+
+class ADictationOnAFailingDisk : public OnAFailingDisk {};
 
 TEST_P(ADictationOnAFailingDisk, losesNoWordsWhere) {
     m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
@@ -55,16 +61,25 @@ TEST_P(ADictationOnAFailingDisk, losesNoWordsWhere) {
     m_desk.say();
     expectInEditor(QStringLiteral("FirstSecond"));
     expectWholeSoundInLastRecording();
-    EXPECT_TRUE(readFile(m_trace).contains("(INJECTED)")) << "no call has failed";
+    expectFailedCalls();
 }
 
-const QStringList recording{QStringLiteral("tmp/sayloft_rec.wav")};
-const QStringList history{QStringLiteral("history.json"), QStringLiteral("history.json.new"),
-                          QStringLiteral("history.json.new.part"),
-                          QStringLiteral("history.json.saved")};
-const QStringList log{QStringLiteral("sayloft.log")};
+const QStringList recording{QStringLiteral(".sayloft/tmp/sayloft_rec.wav")};
+const QStringList history{QStringLiteral(".sayloft/history.json"),
+                          QStringLiteral(".sayloft/history.json.new"),
+                          QStringLiteral(".sayloft/history.json.new.part"),
+                          QStringLiteral(".sayloft/history.json.saved")};
+const QStringList log{QStringLiteral(".sayloft/sayloft.log")};
+const QStringList copiesOfSettings{QStringLiteral(".sayloft/config.json.new"),
+                                   QStringLiteral(".sayloft/config.json.new.part"),
+                                   QStringLiteral(".sayloft/config.json.saved")};
+const QStringList settings = copiesOfSettings + QStringList{QStringLiteral(".sayloft/config.json")};
+const QStringList failed{QStringLiteral(".sayloft/last-failed.wav")};
+const QStringList partOfFailed{QStringLiteral(".sayloft/last-failed.wav.part")};
+const QStringList autostart{QStringLiteral(".config/autostart/org.sayloft.Sayloft.desktop")};
 const QString write = QStringLiteral("write");
 const QString open = QStringLiteral("openat");
+const QString move = QStringLiteral("rename");
 const QString always = QStringLiteral("1+");
 
 INSTANTIATE_TEST_SUITE_P(
@@ -78,6 +93,85 @@ INSTANTIATE_TEST_SUITE_P(
         Failing{"historyCanNeverBeOpened", history, open, always},
         Failing{"logCannotBeWrittenAnyMore", log, write, QStringLiteral("6+")}),
     [](const auto& row) { return row.param.description; });
+
+class ASettingOnAFailingDisk : public OnAFailingDisk {
+protected:
+    const SettingsSwitch m_settings{m_desk};
+};
+
+TEST_P(ASettingOnAFailingDisk, costsNeitherWordsNorOtherSettingsWhere) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.say();
+    expectInEditor(QStringLiteral("First"));
+    m_settings.open();
+    m_settings.press(SettingsSwitch::boost);
+    EXPECT_TRUE(waitUntil([this] { return !m_settings.isOn(SettingsSwitch::boost); }));
+    m_settings.close();
+    m_desk.say();
+    expectInEditor(QStringLiteral("FirstSecond"));
+    expectFailedCalls();
+    fixPaths(QStringLiteral("/nowhere"), m_desk.home());
+    EXPECT_EQ(Config::file().read().source, KeptFile::Source::file);
+    EXPECT_EQ(Config::load().model, QStringLiteral("starter"));
+    EXPECT_EQ(Config::load().dictateEnterChords, std::vector<std::int64_t>{5});
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    The, ASettingOnAFailingDisk,
+    testing::Values(Failing{"settingsCanNeverBeWritten", settings, write, always},
+                    Failing{"settingsCannotBeWrittenOnce", settings, write, QStringLiteral("2")},
+                    Failing{"copyCanNeverBeOpened", copiesOfSettings, open, always},
+                    Failing{"copyCanNeverBeMoved", settings, move, always}),
+    [](const auto& row) { return row.param.description; });
+
+/// What is said lies on a disk of its own, so that it is copied when it is to be kept.
+class AFailedDictationOnAFailingDisk : public OnAFailingDisk {
+protected:
+    const TrayClient m_client{m_desk.bus()};
+};
+
+TEST_P(AFailedDictationOnAFailingDisk, costsNothingOfTheNextOneWhere) {
+    std::optional<SmallDisk> otherDisk;
+    if (GetParam().files == partOfFailed)
+        otherDisk.emplace(m_desk.dataFile(QStringLiteral("tmp")), "size=4m");
+    std::vector<RawAnswer> answers(4, RawAnswer::status(500));
+    answers.push_back(RawAnswer::ok("words"));
+    m_desk.startSayloft(answers);
+    m_desk.say();
+    EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+    EXPECT_TRUE(m_desk.sayloft().waitForLog(
+        QStringLiteral("the recording could not be kept: No space left on device")));
+    m_desk.say();
+    expectInEditor(QStringLiteral("words"));
+    EXPECT_FALSE(m_client.property(QStringLiteral("ToolTip")).contains(QStringLiteral("kept in")));
+    for (const QString& file : failed + partOfFailed)
+        EXPECT_FALSE(QFileInfo::exists(m_desk.home() + QLatin1Char('/') + file));
+    expectFailedCalls();
+}
+
+INSTANTIATE_TEST_SUITE_P(The, AFailedDictationOnAFailingDisk,
+                         testing::Values(Failing{"soundCannotBeMoved", recording, move, always},
+                                         Failing{"copyCannotBeOpened", partOfFailed, open, always},
+                                         Failing{"copyCannotBeWritten", partOfFailed, write,
+                                                 always}),
+                         [](const auto& row) { return row.param.description; });
+
+class AStartAtLoginOnAFailingDisk : public ASettingOnAFailingDisk {};
+
+TEST_P(AStartAtLoginOnAFailingDisk, isNotPromisedWhere) {
+    m_desk.startSayloft({RawAnswer::ok("words")});
+    m_settings.open();
+    m_settings.press(SettingsSwitch::login);
+    EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("login item toggle failed: ")));
+    EXPECT_TRUE(waitUntil([this] { return !m_settings.isOn(SettingsSwitch::login); }));
+    EXPECT_TRUE(QDir(m_desk.home() + QStringLiteral("/.config/autostart")).isEmpty());
+    expectFailedCalls();
+}
+
+INSTANTIATE_TEST_SUITE_P(The, AStartAtLoginOnAFailingDisk,
+                         testing::Values(Failing{"entryCannotGetItsName", autostart,
+                                                 QStringLiteral("linkat"), always}),
+                         [](const auto& row) { return row.param.description; });
 
 }  // namespace
 }  // namespace sayloft::test

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 // The program with a speech helper that dies or hangs.
 #include "helper/tests/SpeechSamples.h"
-#include "tests/endtoend/DictationDesk.h"
+#include "tests/endtoend/Dictation.h"
+#include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <gtest/gtest.h>
 
@@ -14,15 +16,35 @@ namespace sayloft {
 namespace {
 
 using namespace std::chrono_literals;
-using test::DictationDesk;
 using test::RawAnswer;
 
-class HelperTrouble : public testing::Test {
+class HelperTrouble : public test::Dictation {
 protected:
-    void signalHelper(int number) const {
-        const QByteArray pid = test::run(QStringLiteral("pgrep"),
-                                         {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
-        ASSERT_EQ(::kill(pid.trimmed().toInt(), number), 0) << pid.toStdString();
+    [[nodiscard]] static QByteArray helper() {
+        return test::run(QStringLiteral("pgrep"),
+                         {QStringLiteral("-x"), QStringLiteral("parakeet-server")})
+            .trimmed();
+    }
+
+    static void signalHelper(int number) {
+        const QByteArray pid = helper();
+        ASSERT_EQ(::kill(pid.toInt(), number), 0) << pid.toStdString();
+    }
+
+    [[nodiscard]] bool tooltipSays(const char* reason) const {
+        return test::waitUntil(
+            [&] {
+                return m_client.property(QStringLiteral("ToolTip"))
+                    .contains(QString::fromUtf8(reason));
+            },
+            20s);
+    }
+
+    void expectFailedWithItsSoundKept() {
+        EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED"), 60s));
+        EXPECT_TRUE(tooltipSays("recording kept in ~/.sayloft/last-failed.wav"));
+        EXPECT_TRUE(tooltipSays("speech helper has ended"));
+        expectSoundIn(test::readSound(m_desk.dataFile(QStringLiteral("last-failed.wav"))));
     }
 
     /// Between the release and the paste there is nothing but the transcription.
@@ -50,16 +72,25 @@ protected:
         for (const QByteArray& request : stranger.requests())
             EXPECT_TRUE(request.startsWith("GET / ")) << request.left(200).toStdString();
         EXPECT_EQ(m_desk.editor().textOnce({}), QString());
+        EXPECT_TRUE(tooltipSays("port 8090 taken"));
     }
 
-    DictationDesk m_desk;
+    const test::TrayClient m_client{m_desk.bus()};
 };
+
+TEST_F(HelperTrouble, isNotMadeByWhatTheHelperPrints) {
+    m_desk.startSayloft();
+    const QString files =
+        QStringLiteral("/proc/") + QString::fromUtf8(helper()) + QStringLiteral("/fd/");
+    EXPECT_EQ(QFile::symLinkTarget(files + QLatin1Char('1')), QStringLiteral("/dev/null"));
+    EXPECT_EQ(QFile::symLinkTarget(files + QLatin1Char('2')), QStringLiteral("/dev/null"));
+}
 
 TEST_F(HelperTrouble, aKilledHelperFailsTheDictationOnly) {
     m_desk.startSayloft();
     signalHelper(SIGKILL);
     m_desk.say();
-    EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+    expectFailedWithItsSoundKept();
     EXPECT_EQ(m_desk.editor().textOnce({}), QString());
     EXPECT_TRUE(m_desk.sayloft().program().isRunning());
     expectPromptEnd();
@@ -70,7 +101,7 @@ TEST_F(HelperTrouble, aHelperKilledWhileItTranscribesFailsTheDictationOnly) {
     signalHelper(SIGSTOP);
     sayAndWaitForTheEndOfTheRecording();
     signalHelper(SIGKILL);
-    EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+    expectFailedWithItsSoundKept();
     EXPECT_TRUE(m_desk.sayloft().program().isRunning());
     expectPromptEnd();
 }

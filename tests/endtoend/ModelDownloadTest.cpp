@@ -10,6 +10,7 @@
 #include "tests/support/WaitUntil.h"
 #include "tests/support/XServer.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -89,6 +90,14 @@ TEST_F(ModelDownload, goesOnWhereItWasAfterTheProgramWasKilled) {
               "206 " + rest + ' ' + range + ' ' + m_host.nginx().etag(test::ModelHost::path()));
     EXPECT_TRUE(m_sayloft->waitForHelper());
     EXPECT_TRUE(test::readFile(file() + QStringLiteral(".log")).contains(file().toUtf8()));
+}
+
+TEST_F(ModelDownload, isCompleteWhereItsNoteCannotBeWritten) {
+    ASSERT_TRUE(QDir().mkpath(file() + PartialFile::noteSuffix));
+    startSayloft();
+    ASSERT_TRUE(logged(QStringLiteral(": ok"))) << m_sayloft->log().toStdString();
+    EXPECT_EQ(test::readFile(file()), m_model);
+    EXPECT_TRUE(QDir(file() + PartialFile::noteSuffix).isEmpty());
 }
 
 TEST_F(ModelDownload, goesThroughTheProxyToEveryHost) {

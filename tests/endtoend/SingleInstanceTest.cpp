@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/BusMonitor.h"
+#include "tests/support/OwnNamespaces.h"
 #include "tests/support/SayloftProgram.h"
 #include "tests/support/SessionBus.h"
 #include "tests/support/TempHome.h"
@@ -143,6 +144,61 @@ TEST_F(WithoutASessionBus, aLockWithoutAnOwnerDoesNotBlock) {
               {QStringLiteral("-d"), QStringLiteral("1 minute ago"), lock});
     const auto program = startAnother();
     EXPECT_TRUE(program->waitForLog(QStringLiteral("event tap installed OK")));
+}
+
+/// Nothing finds room in the folder of the program, its lock does not either.
+class OnAFullDisk : public WithASessionBus {
+protected:
+    OnAFullDisk() { m_disk.fill(); }
+
+    void expectThatASecondStartEnds() {
+        const test::TrayClient client(m_bus);
+        const auto first = startAnother();
+        ASSERT_NO_THROW(static_cast<void>(client.sayloft()));
+        const auto second = startAnother();
+        EXPECT_TRUE(second->program().waitForEnd(10s));
+        EXPECT_EQ(second->program().exitCode(), 0);
+        EXPECT_TRUE(first->program().isRunning());
+    }
+
+    test::SmallDisk m_disk{home() + QStringLiteral("/.sayloft"), "size=2m"};
+};
+
+TEST_F(OnAFullDisk, aSecondStartEndsAndTheFirstStays) {
+    expectThatASecondStartEnds();
+}
+
+TEST_F(OnAFullDisk, aSecondStartEndsAndTheFirstStaysWhereThereIsRoomByThen) {
+    const auto first = startAnother();
+    const test::TrayClient client(m_bus);
+    ASSERT_NO_THROW(static_cast<void>(client.sayloft()));
+    m_disk.makeRoom();
+    const auto second = startAnother();
+    EXPECT_TRUE(second->program().waitForEnd(10s));
+    EXPECT_TRUE(first->program().isRunning());
+}
+
+TEST_F(OnAFullDisk, aNewStartWorksOnceTheFirstWasKilled) {
+    const test::TrayClient client(m_bus);
+    {
+        const auto first = startAnother();
+        ASSERT_NO_THROW(static_cast<void>(client.sayloft()));
+        first->program().signal(SIGKILL);
+        ASSERT_TRUE(first->program().waitForEnd(5s));
+    }
+    expectThatASecondStartEnds();
+}
+
+TEST_F(WithASessionBus, aSecondStartEndsAtOnceInAReadOnlyHome) {
+    test::SmallDisk disk(home(), "size=2m");
+    QDir().mkpath(home() + QStringLiteral("/.sayloft"));
+    disk.makeReadOnly();
+    const test::TrayClient client(m_bus);
+    const auto first = startAnother();
+    ASSERT_NO_THROW(static_cast<void>(client.sayloft()));
+    const auto second = startAnother();
+    EXPECT_TRUE(second->program().waitForEnd(10s));
+    EXPECT_TRUE(first->program().isRunning());
 }
 
 TEST_F(WithASessionBus, twentyStartsAtOnceLeaveExactlyOne) {
