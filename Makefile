@@ -18,8 +18,9 @@ build: configure
 run: build
 	scripts/run.sh $(BUNDLE)
 
+# Most tests wait most of the time.
 test: all-packages everything
-	ctest --test-dir $(BUILD) --output-on-failure --parallel 2 --no-tests=error --label-exclude long
+	ctest --test-dir $(BUILD) --output-on-failure --parallel 3 --no-tests=error --label-exclude long
 
 # Half an hour of holding, a thousand dictations and the like: an hour.
 endurance: all-packages everything
