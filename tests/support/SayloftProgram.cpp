@@ -5,6 +5,7 @@
 #include "tests/support/WaitUntil.h"
 
 #include <QDir>
+#include <QProcess>
 #include <QTcpSocket>
 
 #include <utility>
@@ -13,11 +14,24 @@ namespace sayloft::test {
 
 SayloftProgram::SayloftProgram(const QString& home, QProcessEnvironment environment,
                                const QString& bundle, QStringList runBy)
-    : m_home(home) {
+    : m_home(home), m_isTraced(!runBy.isEmpty()) {
     environment.insert(QStringLiteral("HOME"), home);
     QStringList command = std::move(runBy) << bundle + QStringLiteral("/Contents/bin/sayloft");
     const QString program = command.takeFirst();
     m_program = std::make_unique<ChildProgram>(program, command, environment);
+}
+
+SayloftProgram::~SayloftProgram() {
+    if (m_isTraced)
+        endTraced();
+}
+
+// strace does not hand on that it is to end. What it leaves behind cannot make the calls that were
+// watched, and so never ends.
+void SayloftProgram::endTraced() {
+    QProcess::execute(QStringLiteral("pkill"),
+                      {QStringLiteral("-P"), QString::number(m_program->pid())});
+    static_cast<void>(m_program->waitForEnd(std::chrono::seconds(5)));
 }
 
 bool SayloftProgram::waitForLog(const QString& text, std::chrono::milliseconds deadline) const {

@@ -19,6 +19,9 @@ public:
     SayloftProgram(const QString& home, QProcessEnvironment environment,
                    const QString& bundle = QStringLiteral(SAYLOFT_BUNDLE_DIR),
                    QStringList runBy = {});
+    ~SayloftProgram();
+    SayloftProgram(const SayloftProgram&) = delete;
+    SayloftProgram& operator=(const SayloftProgram&) = delete;
 
     /// Waits until `text` is in the log that the program writes; fails after `deadline`.
     [[nodiscard]] bool waitForLog(
@@ -31,7 +34,10 @@ public:
     [[nodiscard]] ChildProgram& program() { return *m_program; }
 
 private:
+    void endTraced();
+
     QString m_home;
+    bool m_isTraced;
     std::unique_ptr<ChildProgram> m_program;
 };
 
