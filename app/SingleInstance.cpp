@@ -60,16 +60,16 @@ bool SingleInstance::isOther() {
         return true;
     // Where the file cannot be written, as on a full disk, the folder is all that can be locked.
     // Where that cannot be either, a second copy is the lesser evil.
-    if (!isFolderTaken())
+    if (lockFolder())
         return false;
     m_lock.unlock();
     return true;
 }
 
 // That needs no room, and ends with the process.
-bool SingleInstance::isFolderTaken() {
+bool SingleInstance::lockFolder() {
     m_folder = ::open(QFile::encodeName(DATA_DIR).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    return m_folder >= 0 && ::flock(m_folder, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    return m_folder < 0 || ::flock(m_folder, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 
 bool SingleInstance::tryLock() {

@@ -42,7 +42,8 @@ public Q_SLOTS:
 private:
     [[nodiscard]] bool isOther();
     [[nodiscard]] bool tryLock();
-    [[nodiscard]] bool isFolderTaken();
+    /// False only where another copy has locked it.
+    [[nodiscard]] bool lockFolder();
     void takeName();
     void activateTheOther() const;
 

@@ -27,7 +27,7 @@ public:
     /// The last word comes about 0.1 s after `Recorder::stop()`: waits for it, but no longer than
     /// `deadline`, then as long as the disk takes, and returns the path of the complete file: that
     /// of one in memory, good as long as this object lives, where the disk did not take it. A
-    /// capture that broke off is logged. Blocks, so never on the main thread.
+    /// capture that broke off is logged. Blocks, so on the main thread only when the program ends.
     QString waitUntilFinished(std::chrono::milliseconds deadline = std::chrono::seconds(2)) const;
 
 private:

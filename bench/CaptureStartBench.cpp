@@ -75,14 +75,8 @@ void compare() {
         }
     }
     const std::string name = "start of recording to first sample";
-    bench::print({.name = name,
-                  .value = bench::describeMilliseconds(ours),
-                  .peer = "parec --latency-msec=20, cold",
-                  .peerValue = bench::describeMilliseconds(lowLatency)});
-    bench::print({.name = name,
-                  .value = bench::describeMilliseconds(ours),
-                  .peer = "parec, cold",
-                  .peerValue = bench::describeMilliseconds(asItIs)});
+    bench::printMilliseconds(name, ours, "parec --latency-msec=20, cold", lowLatency);
+    bench::printMilliseconds(name, ours, "parec, cold", asItIs);
 }
 
 }  // namespace

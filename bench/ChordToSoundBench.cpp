@@ -122,25 +122,18 @@ private:
     RoomClock m_clock;
 };
 
-void report(const Comparison& comparison) {
+void runBench() {
+    Comparison comparison;
+    comparison.run();
     const std::string name = "chord down to first recorded sound";
-    print({.name = name,
-           .value = describeMilliseconds(comparison.ours),
-           .peer = "parec --latency-msec=20, cold",
-           .peerValue = describeMilliseconds(comparison.lowLatency)});
-    print({.name = name,
-           .value = describeMilliseconds(comparison.ours),
-           .peer = "parec, cold",
-           .peerValue = describeMilliseconds(comparison.asItIs)});
+    printMilliseconds(name, comparison.ours, "parec --latency-msec=20, cold",
+                      comparison.lowLatency);
+    printMilliseconds(name, comparison.ours, "parec, cold", comparison.asItIs);
 }
 
 }  // namespace
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    return sayloft::bench::benchMain(argc, argv, [] {
-        sayloft::bench::Comparison comparison;
-        comparison.run();
-        sayloft::bench::report(comparison);
-    });
+    return sayloft::bench::benchMain(argc, argv, &sayloft::bench::runBench);
 }

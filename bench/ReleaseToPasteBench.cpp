@@ -118,10 +118,8 @@ void report(const Times& ours, const Times& theirs) {
         "Sayloft's first step contains the 100 ms for which the recording runs on after the\n"
         "release; by hand, it is the start of a shell and of curl with a finished recording, and\n"
         "nobody keeps what was on the clipboard.\n");
-    print({.name = "chord release to paste key (100 ms: recording)",
-           .value = describeMilliseconds(ours.whole),
-           .peer = "curl + xclip + xdotool",
-           .peerValue = describeMilliseconds(theirs.whole)});
+    printMilliseconds("chord release to paste key (100 ms: recording)", ours.whole,
+                      "curl + xclip + xdotool", theirs.whole);
 }
 
 }  // namespace

@@ -116,17 +116,16 @@ private:
     TestKeyboard m_keyboard;
 };
 
+void runBench() {
+    Comparison comparison;
+    comparison.run();
+    printMilliseconds("chord release to text in xterm (100 ms: recording)", comparison.ours,
+                      "curl + xclip + xdotool", comparison.theirs);
+}
+
 }  // namespace
 }  // namespace sayloft::bench
 
 int main(int argc, char** argv) {
-    return sayloft::bench::benchMain(argc, argv, [] {
-        sayloft::bench::Comparison comparison;
-        comparison.run();
-        sayloft::bench::print(
-            {.name = "chord release to text in xterm (100 ms: recording)",
-             .value = sayloft::bench::describeMilliseconds(comparison.ours),
-             .peer = "curl + xclip + xdotool",
-             .peerValue = sayloft::bench::describeMilliseconds(comparison.theirs)});
-    });
+    return sayloft::bench::benchMain(argc, argv, &sayloft::bench::runBench);
 }

@@ -88,10 +88,8 @@ QString replacedByQt(QString text, const std::vector<std::vector<QString>>& pair
 void report(const Way& ours, const char* peer, const Way& theirs) {
     if (ours.result != theirs.result)
         throw std::runtime_error(std::string("another result: ") + peer);
-    print({.name = "1,000 replacements over 10,000 characters",
-           .value = describeMilliseconds(ours.milliseconds),
-           .peer = peer,
-           .peerValue = describeMilliseconds(theirs.milliseconds)});
+    printMilliseconds("1,000 replacements over 10,000 characters", ours.milliseconds, peer,
+                      theirs.milliseconds);
 }
 
 void runBench() {

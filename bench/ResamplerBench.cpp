@@ -166,10 +166,7 @@ void compareSpeed(const Sound& sound) {
         theirs.push_back(
             processorMsOf(RUSAGE_CHILDREN, [&] { file.resample({QStringLiteral("-n")}); }));
     }
-    print({.name = "resampler, 48 to 16 kHz: processor time for 300 s",
-           .value = describeMilliseconds(ours),
-           .peer = "sox",
-           .peerValue = describeMilliseconds(theirs)});
+    printMilliseconds("resampler, 48 to 16 kHz: processor time for 300 s", ours, "sox", theirs);
 }
 
 void runBench() {

@@ -26,6 +26,14 @@ std::string describeMilliseconds(const std::vector<double>& values) {
            describe(*most, 1, "ms") + ")";
 }
 
+void printMilliseconds(const std::string& name, const std::vector<double>& ours,
+                       const std::string& peer, const std::vector<double>& theirs) {
+    print({.name = name,
+           .value = describeMilliseconds(ours),
+           .peer = peer,
+           .peerValue = describeMilliseconds(theirs)});
+}
+
 std::string describe(double value, int decimals, const std::string& unit) {
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%.*f %s", decimals, value, unit.c_str());

@@ -23,6 +23,10 @@ void print(const Result& result);
 /// "median (min to max)" in milliseconds; of at least one value.
 [[nodiscard]] std::string describeMilliseconds(const std::vector<double>& values);
 
+/// Prints the row that has such descriptions of both.
+void printMilliseconds(const std::string& name, const std::vector<double>& ours,
+                       const std::string& peer, const std::vector<double>& theirs);
+
 /// A number with this many decimals, and its unit.
 [[nodiscard]] std::string describe(double value, int decimals, const std::string& unit);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "bench/RoomClock.h"
 
+#include "tests/support/CloseListening.h"
 #include "tests/support/WaitUntil.h"
 
 #include <algorithm>
@@ -14,8 +15,6 @@ namespace sayloft::bench {
 namespace {
 
 constexpr int rate = 16000;
-/// A buffer is a millisecond long.
-constexpr int framesPerBuffer = 16;
 constexpr std::size_t searched = std::size_t{5} * rate;
 
 RoomClock::Clock::duration durationOf(std::size_t samples) {
@@ -28,12 +27,7 @@ RoomClock::Clock::duration durationOf(std::size_t samples) {
 RoomClock::RoomClock() {
     if (!test::waitUntil([this] { return m_input.inputFormat(std::nullopt).sampleRate == rate; }))
         throw std::runtime_error("there is no microphone of 16 kHz");
-    m_capture = m_input
-                    .startCapture({.device = std::nullopt,
-                                   .framesPerBuffer = framesPerBuffer,
-                                   .onBuffer = [this](const AudioBuffer& buffer) { hear(buffer); },
-                                   .onEnd = [](const QString& /*error*/) {}})
-                    .capture;
+    m_capture = test::listenClosely(m_input, [this](const AudioBuffer& buffer) { hear(buffer); });
     const auto hears = [this] {
         const std::lock_guard lock(m_mutex);
         return m_heard.size() > searched;

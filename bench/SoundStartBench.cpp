@@ -104,10 +104,8 @@ void compare() {
         timeUntilHeard(room, round, [&] { pactl.push_back(timeOfPactl(sample)); });
     }
     for (std::size_t i = 0; i < names.size(); ++i)
-        bench::print({.name = "play() of " + names.at(i).toStdString() + " to its sound",
-                      .value = bench::describeMilliseconds(ours.at(i)),
-                      .peer = "paplay, cold",
-                      .peerValue = bench::describeMilliseconds(peer)});
+        bench::printMilliseconds("play() of " + names.at(i).toStdString() + " to its sound",
+                                 ours.at(i), "paplay, cold", peer);
     bench::print({.name = "play() itself, on the main thread",
                   .value = bench::describe(1000 * bench::medianOf(calls), 0, "us"),
                   .peer = "pactl play-sample, whole",

@@ -58,10 +58,8 @@ void runBench() {
         }
     }
     for (std::size_t peer = 1; peer < programs.size(); ++peer)
-        print({.name = "start to item in the tray",
-               .value = describeMilliseconds(programs[0].milliseconds),
-               .peer = programs[peer].name,
-               .peerValue = describeMilliseconds(programs[peer].milliseconds)});
+        printMilliseconds("start to item in the tray", programs[0].milliseconds,
+                          programs[peer].name, programs[peer].milliseconds);
 }
 
 }  // namespace

@@ -102,11 +102,9 @@ private:
 void runBench() {
     Comparison comparison;
     comparison.run();
-    print({.name = "chord release to text in mousepad, " +
-                   describe(comparison.seconds(), 1, "s of speech"),
-           .value = describeMilliseconds(comparison.ours),
-           .peer = "curl + xclip + xdotool",
-           .peerValue = describeMilliseconds(comparison.theirs)});
+    printMilliseconds(
+        "chord release to text in mousepad, " + describe(comparison.seconds(), 1, "s of speech"),
+        comparison.ours, "curl + xclip + xdotool", comparison.theirs);
 }
 
 }  // namespace

@@ -96,10 +96,8 @@ void benchOpening(const std::string& name, const Open& open) {
            .value = describe(first, 1, "ms"),
            .peer = peer,
            .peerValue = describe(firstButton, 1, "ms")});
-    print({.name = name + ": opened again",
-           .value = describeMilliseconds(times(20, [&] { return showAgain(open); })),
-           .peer = peer,
-           .peerValue = describeMilliseconds(times(20, showButton))});
+    printMilliseconds(name + ": opened again", times(20, [&] { return showAgain(open); }), peer,
+                      times(20, showButton));
 }
 
 QByteArray dictionaryOf(int pairs) {

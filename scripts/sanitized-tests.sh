@@ -12,6 +12,6 @@ export ASAN_OPTIONS="detect_leaks=1:verify_asan_link_order=0"
 export LSAN_OPTIONS="suppressions=$tests/lsan.supp:print_suppressions=0"
 export UBSAN_OPTIONS="print_stacktrace=1"
 # Libraries are not instrumented: what they touch under locks that nobody sees is no race.
-export TSAN_OPTIONS="suppressions=$tests/tsan.supp:ignore_noninstrumented_modules=1:second_deadlock_stack=1"
+export TSAN_OPTIONS="ignore_noninstrumented_modules=1:second_deadlock_stack=1"
 
 ctest --test-dir "$build" --output-on-failure --parallel 3 --no-tests=error "$@"

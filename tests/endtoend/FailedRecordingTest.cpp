@@ -46,6 +46,12 @@ protected:
             20s));
     }
 
+    void speakWithoutLettingGo() {
+        m_desk.startSayloft({RawAnswer::hang()});
+        m_desk.hold();
+        m_desk.room().play(m_desk.soundFile());
+    }
+
     void expectSoundKept() {
         expectSoundIn(readSound(kept()));
         EXPECT_EQ(run(QStringLiteral("soxi"), {QStringLiteral("-r"), kept()}).trimmed(), "16000");
@@ -108,18 +114,14 @@ TEST_F(AFailedDictation, isKeptWhenTheXServerGoes) {
 }
 
 TEST_F(AFailedDictation, isKeptWhenTheProgramEndsWhileTheChordIsHeld) {
-    m_desk.startSayloft({RawAnswer::hang()});
-    m_desk.hold();
-    m_desk.room().play(m_desk.soundFile());
+    speakWithoutLettingGo();
     m_desk.sayloft().program().signal(SIGTERM);
     ASSERT_TRUE(m_desk.sayloft().program().waitForEnd(10s));
     expectSoundKept();
 }
 
 TEST_F(AFailedDictation, isKeptWhenTheXServerGoesWhileTheChordIsHeld) {
-    m_desk.startSayloft({RawAnswer::hang()});
-    m_desk.hold();
-    m_desk.room().play(m_desk.soundFile());
+    speakWithoutLettingGo();
     m_desk.display().program().signal(SIGKILL);
     ASSERT_TRUE(m_desk.sayloft().program().waitForEnd(10s));
     expectSoundKept();

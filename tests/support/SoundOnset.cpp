@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/SoundOnset.h"
 
+#include "tests/support/CloseListening.h"
 #include "tests/support/WaitUntil.h"
 
 #include <algorithm>
@@ -15,20 +16,13 @@ using namespace std::chrono_literals;
 
 constexpr float loud = 0.05F;
 constexpr auto silence = 300ms;
-/// A buffer of 16 kHz is a millisecond long.
-constexpr int framesPerBuffer = 16;
 
 }  // namespace
 
 SoundOnset::SoundOnset(AudioInput& input) {
     if (!waitUntil([&input] { return input.inputFormat(std::nullopt).sampleRate > 0; }))
         throw std::runtime_error("there is no microphone");
-    m_capture = input
-                    .startCapture({.device = std::nullopt,
-                                   .framesPerBuffer = framesPerBuffer,
-                                   .onBuffer = [this](const AudioBuffer& buffer) { hear(buffer); },
-                                   .onEnd = [](const QString& /*error*/) {}})
-                    .capture;
+    m_capture = listenClosely(input, [this](const AudioBuffer& buffer) { hear(buffer); });
     if (!m_capture || !waitUntil([this] { return m_isListening.load(); }))
         throw std::runtime_error("the microphone hears nothing");
 }
