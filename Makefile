@@ -20,7 +20,7 @@ run: build
 
 # Most tests wait most of the time.
 test: all-packages everything
-	ctest --test-dir $(BUILD) --output-on-failure --parallel 3 --no-tests=error --label-exclude long
+	ctest --test-dir $(BUILD) --output-on-failure --parallel 5 --no-tests=error --label-exclude long
 
 # Half an hour of holding, a thousand dictations and the like: an hour.
 endurance: all-packages everything

@@ -14,4 +14,4 @@ export UBSAN_OPTIONS="print_stacktrace=1"
 # Libraries are not instrumented: what they touch under locks that nobody sees is no race.
 export TSAN_OPTIONS="ignore_noninstrumented_modules=1:second_deadlock_stack=1"
 
-ctest --test-dir "$build" --output-on-failure --parallel 3 --no-tests=error "$@"
+ctest --test-dir "$build" --output-on-failure --parallel 4 --no-tests=error "$@"
