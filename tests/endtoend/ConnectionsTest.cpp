@@ -5,6 +5,8 @@
 #include "tests/endtoend/SettingsSwitch.h"
 #include "tests/support/ModelHost.h"
 #include "tests/support/OwnNamespaces.h"
+#include "tests/support/RawHttpServer.h"
+#include "tests/support/SayloftProgram.h"
 #include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
 #include "tests/support/TrayClient.h"
@@ -74,6 +76,8 @@ protected:
             return "model host";
         if (rest == QStringLiteral("sin_port=htons(8090), sin_addr=inet_addr(\"127.0.0.1\")"))
             return "127.0.0.1:8090";
+        if (rest == QStringLiteral("sin_port=htons(8091), sin_addr=inet_addr(\"127.0.0.1\")"))
+            return "update feed";
         if (family == QStringLiteral("AF_NETLINK"))
             return "kernel";
         if (rest.startsWith(QStringLiteral("sin_port=htons(53), ")) ||
@@ -134,6 +138,13 @@ protected:
             {}, m_desk.display().environment());
     }
 
+    void lookForUpdates() {
+        const qsizetype before = windows();
+        m_client.click(QStringLiteral("Check for Updates…"));
+        EXPECT_TRUE(waitUntil([&] { return windows() > before; }, 20s));
+        EXPECT_TRUE(waitUntil([this] { return m_feed.requests().size() == 1; }, 20s));
+    }
+
     void download(const SettingsSwitch& settings) {
         m_host.offer();
         settings.press(QStringLiteral("Download English only (v2) — best for English"));
@@ -145,6 +156,10 @@ protected:
         ASSERT_TRUE(sayloft.program().waitForEnd(30s));
     }
 
+    /// Where the program asks for new versions.
+    const RawHttpServer m_feed{{RawAnswer::ok("<rss/>")}, 8091};
+    const QString m_bundle = bundleWith(QStringLiteral(SAYLOFT_WITH_FEED),
+                                        QStringLiteral("bin/sayloft"), m_directory.path());
     TrayClient m_client{m_desk.bus()};
     const ModelHost m_host{QStringLiteral("english"), QByteArray(100'000, 'm'), {}};
 };
@@ -154,7 +169,7 @@ TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
     m_desk.connectTo(m_host);
     const SettingsSwitch settings(m_desk);
     writeFile(m_desk.dataFile(QStringLiteral("history.json")), R"(["older words"])");
-    m_desk.startSayloft();
+    m_desk.startSayloftFrom(m_bundle);
     m_desk.say();
     ASSERT_TRUE(m_desk.waitForTranscripts(1, 60s));
     m_client.click(QStringLiteral("older words"));
@@ -164,15 +179,15 @@ TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
     openFromSettings(settings, "Open Settings: Accessibility", "Sayloft: keyboard and microphone");
     settings.press(QStringLiteral("Open Settings: Microphone"));
     closeMixer();
-    const qsizetype before = windows();
-    m_client.click(QStringLiteral("Check for Updates…"));
-    EXPECT_TRUE(waitUntil([&] { return windows() > before; }, 20s));
+    lookForUpdates();
     download(settings);
     quit(m_desk.sayloft());
-    EXPECT_THAT(reached(), testing::IsSupersetOf({"X server", "session bus", "sound server",
-                                                  "AT-SPI", "127.0.0.1:8090", "model host"}));
-    EXPECT_THAT(reached(), testing::IsSubsetOf({"X server", "session bus", "sound server", "AT-SPI",
-                                                "127.0.0.1:8090", "model host", "kernel"}));
+    EXPECT_THAT(reached(),
+                testing::IsSupersetOf({"X server", "session bus", "sound server", "AT-SPI",
+                                       "127.0.0.1:8090", "model host", "update feed"}));
+    EXPECT_THAT(reached(),
+                testing::IsSubsetOf({"X server", "session bus", "sound server", "AT-SPI",
+                                     "127.0.0.1:8090", "model host", "update feed", "kernel"}));
 }
 
 // It downloads its model, and the name of where that lies is all that it asks for.

@@ -44,7 +44,11 @@ void DictationDesk::setEnvironment(const QString& name, const QString& value) {
 }
 
 void DictationDesk::startSayloft(const QByteArray& settings) {
-    start(settings, QStringLiteral(SAYLOFT_BUNDLE_DIR));
+    startSayloftFrom(QStringLiteral(SAYLOFT_BUNDLE_DIR), settings);
+}
+
+void DictationDesk::startSayloftFrom(const QString& bundle, const QByteArray& settings) {
+    start(settings, bundle);
     if (!m_sayloft->waitForHelper())
         throw std::runtime_error("the speech helper did not come up");
 }

@@ -41,6 +41,8 @@ public:
     /// Starts the program with its own speech helper. `settings` are members of its configuration
     /// beside those that every test shares.
     void startSayloft(const QByteArray& settings = {});
+    /// The same with another bundle.
+    void startSayloftFrom(const QString& bundle, const QByteArray& settings = {});
 
     /// Starts it for the first time: with its own speech helper and without a configuration.
     void startSayloftForTheFirstTime();

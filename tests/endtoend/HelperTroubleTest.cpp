@@ -2,6 +2,7 @@
 // The program with a speech helper that dies or hangs.
 #include "helper/tests/SpeechSamples.h"
 #include "tests/endtoend/Dictation.h"
+#include "tests/support/SayloftProgram.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
@@ -20,15 +21,10 @@ using test::RawAnswer;
 
 class HelperTrouble : public test::Dictation {
 protected:
-    [[nodiscard]] static QByteArray helper() {
-        return test::run(QStringLiteral("pgrep"),
-                         {QStringLiteral("-x"), QStringLiteral("parakeet-server")})
-            .trimmed();
-    }
-
     static void signalHelper(int number) {
-        const QByteArray pid = helper();
-        ASSERT_EQ(::kill(pid.toInt(), number), 0) << pid.toStdString();
+        const pid_t pid = test::helpers().toInt();
+        ASSERT_GT(pid, 0);
+        ASSERT_EQ(::kill(pid, number), 0);
     }
 
     [[nodiscard]] bool tooltipSays(const char* reason) const {
@@ -81,7 +77,7 @@ protected:
 TEST_F(HelperTrouble, isNotMadeByWhatTheHelperPrints) {
     m_desk.startSayloft();
     const QString files =
-        QStringLiteral("/proc/") + QString::fromUtf8(helper()) + QStringLiteral("/fd/");
+        QStringLiteral("/proc/") + QString::fromUtf8(test::helpers()) + QStringLiteral("/fd/");
     EXPECT_EQ(QFile::symLinkTarget(files + QLatin1Char('1')), QStringLiteral("/dev/null"));
     EXPECT_EQ(QFile::symLinkTarget(files + QLatin1Char('2')), QStringLiteral("/dev/null"));
 }

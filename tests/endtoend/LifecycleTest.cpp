@@ -180,8 +180,7 @@ TEST_F(Program, worksWhereverItsBundleIsCopiedTo) {
         return test::readFile(log).contains("parakeet-server starting (starter-en-us.model)");
     }));
     EXPECT_TRUE(test::waitUntil([] { return test::helperRuns(); }));
-    const QByteArray pid = test::run(QStringLiteral("pgrep"),
-                                     {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
+    const QByteArray pid = test::helpers();
     EXPECT_EQ(QFileInfo(QStringLiteral("/proc/%1/exe").arg(QString::fromLatin1(pid.trimmed())))
                   .symLinkTarget(),
               copy + QStringLiteral("/Contents/Helpers/parakeet-server"));

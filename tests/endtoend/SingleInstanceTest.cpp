@@ -189,6 +189,19 @@ TEST_F(OnAFullDisk, aNewStartWorksOnceTheFirstWasKilled) {
     expectThatASecondStartEnds();
 }
 
+TEST_F(OnAFullDisk, aSecondStartLeavesTheHelperOfTheFirstAlone) {
+    m_disk.makeRoom();
+    test::writeConfig(home(), R"({"model":"starter"})");
+    m_disk.fill();
+    const auto first = startAnother();
+    ASSERT_TRUE(test::waitUntil([] { return !test::helpers().isEmpty(); }, 20s));
+    const QByteArray helper = test::helpers();
+    const auto second = startAnother();
+    EXPECT_TRUE(second->program().waitForEnd(10s));
+    EXPECT_EQ(test::helpers(), helper);
+    EXPECT_TRUE(first->program().isRunning());
+}
+
 TEST_F(WithASessionBus, aSecondStartEndsAtOnceInAReadOnlyHome) {
     test::SmallDisk disk(home(), "size=2m");
     QDir().mkpath(home() + QStringLiteral("/.sayloft"));

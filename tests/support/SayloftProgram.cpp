@@ -53,20 +53,28 @@ bool SayloftProgram::waitForHelper() const {
         std::chrono::seconds(30));
 }
 
-QString bundleWithForeignHelper(const QString& directory) {
+QString bundleWith(const QString& program, const QString& place, const QString& directory) {
     QString bundle = directory + QStringLiteral("/Sayloft.app");
     QDir().mkpath(directory);
     run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
-    run(QStringLiteral("cp"),
-        {QStringLiteral("--remove-destination"), QStringLiteral(SAYLOFT_FOREIGN_HELPER),
-         bundle + QStringLiteral("/Contents/Helpers/parakeet-server")});
+    run(QStringLiteral("cp"), {QStringLiteral("--remove-destination"), program,
+                               bundle + QStringLiteral("/Contents/") + place});
     return bundle;
 }
 
-bool helperRuns() {
+QString bundleWithForeignHelper(const QString& directory) {
+    return bundleWith(QStringLiteral(SAYLOFT_FOREIGN_HELPER),
+                      QStringLiteral("Helpers/parakeet-server"), directory);
+}
+
+QByteArray helpers() {
     QProcess pgrep;
     pgrep.start(QStringLiteral("pgrep"), {QStringLiteral("-x"), QStringLiteral("parakeet-server")});
-    return pgrep.waitForFinished(5000) && pgrep.exitCode() == 0;
+    return pgrep.waitForFinished(5000) ? pgrep.readAllStandardOutput().trimmed() : QByteArray();
+}
+
+bool helperRuns() {
+    return !helpers().isEmpty();
 }
 
 void writeConfig(const QString& home, const QByteArray& json) {

@@ -41,11 +41,16 @@ private:
     std::unique_ptr<ChildProgram> m_program;
 };
 
-/// Copies the bundle into `directory`, with the stand-in for the speech helper in its place, and
-/// returns the copy. Throws std::runtime_error when that fails.
+/// Copies the bundle into `directory`, with `program` at `place` in its contents, and returns the
+/// copy. Throws std::runtime_error when that fails.
+[[nodiscard]] QString bundleWith(const QString& program, const QString& place,
+                                 const QString& directory);
+
+/// The same with the stand-in for the speech helper.
 [[nodiscard]] QString bundleWithForeignHelper(const QString& directory);
 
-/// Whether a speech helper runs, whoever started it.
+/// Process ids of all speech helpers, whoever started them, one to a line.
+[[nodiscard]] QByteArray helpers();
 [[nodiscard]] bool helperRuns();
 
 /// Writes `json` as the configuration of the user whose home is `home`.
