@@ -15,6 +15,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace sayloft {
@@ -29,6 +30,18 @@ QString busName() {
 QString objectPath() {
     return QStringLiteral("/org/sayloft/Sayloft");
 }
+
+/// What is made while this exists is its user's alone. Before other threads make files.
+class PrivateUmask {
+public:
+    PrivateUmask() : m_before(::umask(077)) {}
+    ~PrivateUmask() { ::umask(m_before); }
+    PrivateUmask(const PrivateUmask&) = delete;
+    PrivateUmask& operator=(const PrivateUmask&) = delete;
+
+private:
+    const mode_t m_before;
+};
 
 }  // namespace
 
@@ -73,6 +86,8 @@ bool SingleInstance::lockFolder() {
 }
 
 bool SingleInstance::tryLock() {
+    // QLockFile leaves it to the umask who may read what it makes.
+    const PrivateUmask nobodyElse;
     if (m_lock.tryLock(0))
         return true;
     qint64 pid = 0;
