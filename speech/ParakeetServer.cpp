@@ -49,7 +49,7 @@ bool ParakeetServer::hasPort() {
 
 void ParakeetServer::strangerSeen() {
     if (!m_isStrangerLogged.exchange(true))
-        logf(QStringLiteral("another program listens at port %1 — nothing was sent to it")
+        logf(QStringLiteral("another program listens at port %1 — no sound was sent to it")
                  .arg(port));
     QMetaObject::invokeMethod(this, [this] {
         if (onStranger)

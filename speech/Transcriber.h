@@ -9,11 +9,9 @@
 #include <optional>
 #include <stop_token>
 
-namespace httplib {
-struct Request;
-}
-
 namespace sayloft {
+
+class TranscriptionRequest;
 
 /// Turns a recording into text by asking the speech server. Has no state: one object serves any
 /// number of threads at once.
@@ -41,7 +39,7 @@ public:
                                                     const std::stop_token& stop = {}) const;
 
 private:
-    [[nodiscard]] std::optional<QString> post(httplib::Request& request,
+    [[nodiscard]] std::optional<QString> post(const TranscriptionRequest& request,
                                               const std::stop_token& stop) const;
 
     QUrl m_url;

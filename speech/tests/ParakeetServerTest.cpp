@@ -90,7 +90,7 @@ TEST_F(Server, doesNotHaveThePortWhereAStrangerListensAndSaysSo) {
     EXPECT_FALSE(m_server.hasPort());
     EXPECT_TRUE(test::waitUntil([&] { return strangers == 1; }));
     EXPECT_TRUE(m_home.log().contains(
-        QStringLiteral("another program listens at port 8090 — nothing was sent to it")));
+        QStringLiteral("another program listens at port 8090 — no sound was sent to it")));
 }
 
 TEST_F(Server, clearsAwayAStrangerOfTheSameName) {

@@ -72,16 +72,15 @@ TEST_F(Transcription, isAskedForByteForByteAsTheServerExpects) {
         "text\r\n--SayloftBoundary7MA4YWxkTrZu0gW--\r\n";
     EXPECT_EQ(request.left(headerEnd),
               "POST /v1/audio/transcriptions HTTP/1.1\r\n"
-              "Accept: */*\r\n"
-              "Connection: close\r\n"
-              "Content-Length: " +
-                  QByteArray::number(body.size()) +
-                  "\r\n"
-                  "Content-Type: multipart/form-data; boundary=SayloftBoundary7MA4YWxkTrZu0gW\r\n"
-                  "Host: " +
+              "Host: " +
                   host +
                   "\r\n"
-                  "User-Agent: Sayloft");
+                  "User-Agent: Sayloft\r\n"
+                  "Accept: */*\r\n"
+                  "Content-Type: multipart/form-data; boundary=SayloftBoundary7MA4YWxkTrZu0gW\r\n"
+                  "Connection: close\r\n"
+                  "Content-Length: " +
+                  QByteArray::number(body.size()));
     EXPECT_EQ(request.mid(headerEnd + 4), body);
 }
 
@@ -203,6 +202,9 @@ INSTANTIATE_TEST_SUITE_P(
                      RawAnswer{.bytes = "HTTP/1.1 200 OK\r\nContent-Length: 100\r\n\r\nhello"}},
         BadAnswerRow{"closesMidHeader", RawAnswer{.bytes = "HTTP/1.1 200 OK\r\nContent-Le"}},
         BadAnswerRow{"closesWithoutAWord", RawAnswer{}},
+        BadAnswerRow{"endsInTheStatusLine", RawAnswer{.bytes = "HTTP/1.1 200"}},
+        BadAnswerRow{"endsInTheHead", RawAnswer{.bytes = "HTTP/1.1 200 OK\r\nX: some"}},
+        BadAnswerRow{"endsAfterALineOfTheHead", RawAnswer{.bytes = "HTTP/1.1 200 OK\r\nX: y\r\n"}},
         BadAnswerRow{"notHttp", RawAnswer{.bytes = "hello there\r\n\r\n"}},
         BadAnswerRow{"hangs", RawAnswer::hang()},
         BadAnswerRow{"hangsMidAnswer",
@@ -214,10 +216,46 @@ INSTANTIATE_TEST_SUITE_P(
                                .trickleMs = 20}}),
     [](const auto& row) { return row.param.name; });
 
-TEST_F(Transcription, ofEndlessLengthIsCutOff) {
-    RawHttpServer server({RawAnswer{.bytes = "HTTP/1.1 200 OK\r\n\r\n" +
-                                             QByteArray(qsizetype{40} * 1024 * 1024, 'a')}});
+struct LongAnswerRow {
+    const char* name;
+    QByteArray bytes;
+};
+
+class LongAnswer : public Transcription, public testing::WithParamInterface<LongAnswerRow> {};
+
+TEST_P(LongAnswer, isCutOff) {
+    RawHttpServer server({RawAnswer{.bytes = GetParam().bytes, .then = RawAnswer::Then::hang}});
+    QElapsedTimer elapsed;
+    elapsed.start();
     EXPECT_FALSE(transcribe(urlOf(server), m_wav, {.attempts = 1, .pause = 0ms, .timeout = 20s}));
+    EXPECT_LT(elapsed.elapsed(), 10000);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, LongAnswer,
+    testing::Values(LongAnswerRow{"text", "HTTP/1.1 200 OK\r\n\r\n" +
+                                              QByteArray(qsizetype{2} * 1024 * 1024, 'a')},
+                    LongAnswerRow{"line", QByteArray(qsizetype{40} * 1024 * 1024, 'a')},
+                    LongAnswerRow{
+                        "lineOfTheHead",
+                        "HTTP/1.1 200 OK\r\nX: " + QByteArray(qsizetype{40} * 1024 * 1024, 'a')},
+                    LongAnswerRow{"head", "HTTP/1.1 200 OK\r\n" +
+                                              QByteArray("X: some words\r\n").repeated(1'000'000)}),
+    [](const auto& row) { return row.param.name; });
+
+TEST_F(Transcription, mayHaveAMillionCharacters) {
+    const QByteArray text(1'000'000, 'a');
+    RawHttpServer server({RawAnswer::ok(text)});
+    EXPECT_EQ(transcribe(server), QString::fromUtf8(text));
+}
+
+TEST_F(Transcription, isAskedForWithoutAProxy) {
+    const RawHttpServer proxy({RawAnswer::ok("I heard you")});
+    RawHttpServer server({RawAnswer::ok("hello")});
+    qputenv("http_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.port()));
+    EXPECT_EQ(transcribe(server), QStringLiteral("hello"));
+    qunsetenv("http_proxy");
+    EXPECT_TRUE(proxy.requests().empty());
 }
 
 TEST_F(Transcription, keepsUnicodeAndTrimsOnlyTheEnds) {

@@ -66,12 +66,18 @@ void DictationDesk::restartSayloft() {
 
 void DictationDesk::startSayloft(const std::vector<RawAnswer>& answers,
                                  const QByteArray& settings) {
-    start(settings, bundleWithRelay());
+    start(settings, bundleWithHelper("relay"));
     startServer(answers);
 }
 
+void DictationDesk::startSayloftWithHelper(const QByteArray& behaviour) {
+    start({}, bundleWithHelper(behaviour));
+    if (!m_sayloft->waitForHelper())
+        throw std::runtime_error("the speech helper did not come up");
+}
+
 void DictationDesk::startSayloftWithoutServer() {
-    start({}, bundleWithRelay());
+    start({}, bundleWithHelper("relay"));
 }
 
 void DictationDesk::startServer(const std::vector<RawAnswer>& answers) {
@@ -106,9 +112,9 @@ void DictationDesk::launch(const QString& bundle) {
     waitForSound();
 }
 
-QString DictationDesk::bundleWithRelay() {
+QString DictationDesk::bundleWithHelper(const QByteArray& behaviour) {
     QString bundle = bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
-    writeFile(modelFile(), "relay");
+    writeFile(modelFile(), behaviour);
     return bundle;
 }
 

@@ -53,7 +53,10 @@ public:
     /// one for each connection, the last of them again and again.
     void startSayloft(const std::vector<RawAnswer>& answers, const QByteArray& settings = {});
 
-    /// The same, but the helper does not listen yet.
+    /// Starts it with a helper that behaves as the model file, which has this text, tells it.
+    void startSayloftWithHelper(const QByteArray& behaviour);
+
+    /// Starts it with a helper for the test's answers that does not listen yet.
     void startSayloftWithoutServer();
     /// Ends that.
     void startServer(const std::vector<RawAnswer>& answers);
@@ -112,9 +115,9 @@ private:
     void start(const QByteArray& settings, const QString& bundle);
     void launch(const QString& bundle);
     void waitUntilAsked() const;
-    [[nodiscard]] QString bundleWithRelay();
+    [[nodiscard]] QString bundleWithHelper(const QByteArray& behaviour);
     [[nodiscard]] QString modelFile() const {
-        return home() + QStringLiteral("/.sayloft/models/starter-en-us.model");
+        return dataFile(QStringLiteral("models/starter-en-us.model"));
     }
 
     QTemporaryDir m_directory;

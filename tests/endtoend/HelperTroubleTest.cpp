@@ -2,7 +2,9 @@
 // The program with a speech helper that dies or hangs.
 #include "helper/tests/SpeechSamples.h"
 #include "tests/endtoend/Dictation.h"
+#include "tests/support/ProcessFigures.h"
 #include "tests/support/SayloftProgram.h"
+#include "tests/support/TempHome.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
@@ -12,6 +14,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <string>
 
 namespace sayloft {
 namespace {
@@ -64,7 +67,7 @@ protected:
         m_desk.say();
         EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
         EXPECT_TRUE(m_desk.sayloft().log().contains(
-            QStringLiteral("another program listens at port 8090 — nothing was sent to it")));
+            QStringLiteral("another program listens at port 8090 — no sound was sent to it")));
         for (const QByteArray& request : stranger.requests())
             EXPECT_TRUE(request.startsWith("GET / ")) << request.left(200).toStdString();
         EXPECT_EQ(m_desk.editor().textOnce({}), QString());
@@ -81,6 +84,41 @@ TEST_F(HelperTrouble, isNotMadeByWhatTheHelperPrints) {
     EXPECT_EQ(QFile::symLinkTarget(files + QLatin1Char('1')), QStringLiteral("/dev/null"));
     EXPECT_EQ(QFile::symLinkTarget(files + QLatin1Char('2')), QStringLiteral("/dev/null"));
 }
+
+TEST_F(HelperTrouble, thatItPrintsWithoutEndDoesNotDisturbADictation) {
+    m_desk.startSayloftWithHelper("print");
+    m_desk.say();
+    expectInEditor(QStringLiteral("ok"));
+}
+
+/// A helper whose answers to a recording do not end.
+class FloodingHelper : public HelperTrouble, public testing::WithParamInterface<const char*> {
+protected:
+    FloodingHelper() { test::writeFile(m_sign, {}); }
+
+    [[nodiscard]] long peakKilobytes() {
+        const qint64 pid = m_desk.sayloft().program().pid();
+        return test::numberIn(QStringLiteral("/proc/%1/status").arg(pid), "VmHWM");
+    }
+
+    const QString m_sign = m_desk.dataFile(QStringLiteral("models/starter-en-us.model.flood"));
+};
+
+TEST_P(FloodingHelper, failsTheDictationOnlyAndFillsNoMemory) {
+    m_desk.startSayloftWithHelper(GetParam());
+    const long before = peakKilobytes();
+    m_desk.say();
+    ASSERT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED")));
+    EXPECT_LT(peakKilobytes(), before + 20000);
+    EXPECT_EQ(m_desk.history(), QByteArray());
+    QFile::remove(m_sign);
+    m_desk.say();
+    expectInEditor(QStringLiteral("ok"));
+}
+
+INSTANTIATE_TEST_SUITE_P(With, FloodingHelper,
+                         testing::Values("flood-line", "flood-head", "flood-body"),
+                         [](const auto& row) { return std::string(row.param).substr(6); });
 
 TEST_F(HelperTrouble, aKilledHelperFailsTheDictationOnly) {
     m_desk.startSayloft();
