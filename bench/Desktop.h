@@ -20,6 +20,8 @@ public:
 
     [[nodiscard]] QProcessEnvironment environment() const;
     [[nodiscard]] QString home() const { return path(QStringLiteral("home")); }
+    [[nodiscard]] const test::XServer& display() const { return m_server; }
+    [[nodiscard]] const test::SessionBus& bus() const { return m_bus; }
     [[nodiscard]] const test::SoundServer& room() const { return m_soundServer; }
     /// A place for `name` that goes with the desktop.
     [[nodiscard]] QString path(const QString& name) const { return m_directory.filePath(name); }

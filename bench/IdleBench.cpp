@@ -10,6 +10,7 @@
 #include "tests/support/ProcessFigures.h"
 #include "tests/support/RawHttp.h"
 #include "tests/support/SayloftProgram.h"
+#include "tests/support/TrayHost.h"
 
 #include <array>
 #include <chrono>
@@ -22,7 +23,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto settling = 5s;
+// A program may wait ten seconds for what comes up with a session, and then look for it.
+constexpr auto settling = 15s;
 constexpr auto measured = 60s;
 
 /// What /proc says about one process; everything since its start but the memory.
@@ -89,6 +91,7 @@ void report(const Measured& ours, const Measured& peer) {
 
 void runBench() {
     const Desktop desktop;
+    const test::TrayHost panel(test::TrayHostKind::xfcePanel, desktop.display(), desktop.bus());
     test::SayloftProgram sayloft(desktop.home(), desktop.environment());
     if (!sayloft.waitForLog(QStringLiteral("event tap installed OK")) || !sayloft.waitForHelper())
         throw std::runtime_error("the app did not come up: " + sayloft.log().toStdString());

@@ -103,8 +103,8 @@ void reportHidden(const Stretch& hidden, const Stretch& timer) {
            .peerValue = percentOfACore(timer.processorMs, hiddenFor)});
     print({.name = "pill hidden: frames drawn",
            .value = std::to_string(hidden.frames.size()),
-           .peer = {},
-           .peerValue = {}});
+           .peer = "ticks of that timer",
+           .peerValue = std::to_string(60 * hiddenFor.count())});
 }
 
 std::string framesASecond(const Stretch& shown) {
