@@ -19,6 +19,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdio>
 #include <set>
 #include <string>
 #include <vector>
@@ -47,7 +48,7 @@ protected:
     const QString m_trace = m_directory.filePath(QStringLiteral("trace"));
     const QStringList m_traced =
         strace(m_trace, {QStringLiteral("-s"), QStringLiteral("300"), QStringLiteral("-e"),
-                         QStringLiteral("trace=connect,sendto,sendmsg,sendmmsg")});
+                         QStringLiteral("trace=connect,bind,sendto,sendmsg,sendmmsg")});
 
     /// Every address that a call named, in the words of the test.
     [[nodiscard]] std::set<std::string> reached() {
@@ -182,6 +183,11 @@ TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
     lookForUpdates();
     download(settings);
     quit(m_desk.sayloft());
+    for (const std::string& place : reached())
+        std::printf("connected to: %s\n", place.c_str());
+    EXPECT_THAT(m_host.proxy().asked(),
+                testing::Each(testing::AnyOf(m_host.host().toUtf8() + ":443",
+                                             QByteArray(ModelHost::storage) + ":443")));
     EXPECT_THAT(reached(),
                 testing::IsSupersetOf({"X server", "session bus", "sound server", "AT-SPI",
                                        "127.0.0.1:8090", "model host", "update feed"}));
