@@ -26,12 +26,14 @@ test: all-packages everything
 endurance: all-packages everything
 	ctest --test-dir $(BUILD) --verbose --no-tests=error --label-regex long
 
-# Everything but that. A goal after another, since most of them wait for time to pass.
+# Everything: two hours and a half. A goal after another, since most of them wait for time to pass.
 check:
 	$(MAKE) test
+	$(MAKE) lint
 	$(MAKE) check-asan
 	$(MAKE) check-tsan
 	$(MAKE) check-fuzz
+	$(MAKE) endurance
 
 # The whole suite under AddressSanitizer, LeakSanitizer and UndefinedBehaviorSanitizer.
 check-asan: all-packages

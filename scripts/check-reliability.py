@@ -24,19 +24,31 @@ def rows():
             yield cells[0], cells[2]
 
 
+def names(test, wanted):
+    """Whether `wanted`, or what begins so where it ends in "…", is a part of the test's name."""
+    parts = re.split(r"[./]", test)
+    if wanted.endswith("…"):
+        return any(part.startswith(wanted[:-1]) for part in parts)
+    return wanted in parts
+
+
 def missing(tests, named):
-    """What a row names and is not there: programs, and `names…` of tests of the program before."""
-    program = ""
+    """What a row names and is not there: `names` of tests after the program that has them."""
+    program, bare = "", True
     for word in re.findall(r"`[^`]*`|\([^)]*\)|\w+", named):
         if word.startswith("("):
             continue
         if not word.startswith("`"):
-            program = word
-        wanted = word.strip("`").rstrip("…") if word.startswith("`") else ""
-        if not any(test.startswith(program + ".") and wanted in test for test in tests):
-            yield f"{program} {word}" if wanted else program
-    if not program:
-        yield "any test"
+            if program and bare:
+                yield f"name after {program}"
+            program, bare = word, True
+            continue
+        bare = False
+        if not any(test.startswith(program + ".") and names(test, word.strip("`"))
+                   for test in tests):
+            yield f"{program} {word}"
+    if bare:
+        yield f"name after {program}" if program else "any test"
 
 
 def main():
