@@ -3,6 +3,7 @@
 // computer that sleeps.
 #include "tests/endtoend/Dictation.h"
 #include "tests/support/TempHome.h"
+#include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
 #include <gtest/gtest.h>
@@ -67,18 +68,38 @@ INSTANTIATE_TEST_SUITE_P(
                   [](DictationDesk& desk) { desk.sayloft().program().signal(SIGCONT); }}),
     [](const auto& row) { return row.param.description; });
 
+/// The microphone goes when everything has been said; the chord is let go after that.
+void speakUntilTheMicrophoneVanishes(DictationDesk& desk) {
+    desk.hold();
+    desk.room().play(desk.soundFile());
+    desk.room().removeMicrophone(QStringLiteral("builtin"));
+    desk.letGo();
+}
+
 TEST_F(Interruptions, ofTheMicrophoneLeaveWhatWasSaidBefore) {
     m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
-    m_desk.hold();
-    m_desk.room().play(m_desk.soundFile());
-    m_desk.room().removeMicrophone(QStringLiteral("builtin"));
-    m_desk.letGo();
+    speakUntilTheMicrophoneVanishes(m_desk);
     ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    EXPECT_TRUE(
+        m_desk.sayloft().log().contains(QStringLiteral("\nrecording broke off: Entity killed\n")))
+        << m_desk.sayloft().log().toStdString();
     // A fragment of 20 ms may be on its way.
     expectSoundIn(m_desk.recordings().front(), 2 * swallowedAtTheStart + swallowedAtTheStart);
     m_desk.room().addMicrophone(QStringLiteral("usb"), {});
     m_desk.room().setDefaultMicrophone(QStringLiteral("usb"));
     expectSecondOneWorks();
+}
+
+TEST_F(Interruptions, ofTheMicrophoneStandInTheTooltipUntilThereIsOneAgain) {
+    const TrayClient tray(m_desk.bus());
+    const QString noMicrophone = QStringLiteral("no microphone");
+    m_desk.startSayloft({RawAnswer::slowly("First", 1s)});
+    // By then it has looked for microphones by itself, as it does once after the start.
+    ASSERT_TRUE(tray.tooltipSays(QStringLiteral("no place for the icon")));
+    speakUntilTheMicrophoneVanishes(m_desk);
+    EXPECT_TRUE(tray.tooltipSays(noMicrophone));
+    m_desk.room().addMicrophone(QStringLiteral("usb"), {});
+    EXPECT_TRUE(tray.tooltipStopsSaying(noMicrophone));
 }
 
 TEST_F(Interruptions, ofTheSoundServerThatGoesOnLaterDoNotBlockTheProgram) {
