@@ -2,6 +2,7 @@
 #include "tests/endtoend/DictationDesk.h"
 
 #include "tests/support/TempHome.h"
+#include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QDir>
@@ -66,8 +67,26 @@ void DictationDesk::restartSayloft() {
 
 void DictationDesk::startSayloft(const std::vector<RawAnswer>& answers,
                                  const QByteArray& settings) {
-    start(settings, bundleWithRelay());
-    startServer(answers);
+    prepare(answers, settings);
+    startPrepared();
+}
+
+void DictationDesk::prepare(const std::vector<RawAnswer>& answers, const QByteArray& settings) {
+    writeConfig(home(), configuration(settings));
+    static_cast<void>(bundleWithRelay());
+    listen(answers);
+}
+
+void DictationDesk::startPrepared() {
+    launch(bundleWithRelay());
+    waitUntilAsked();
+}
+
+void DictationDesk::startPreparedWithoutLog() {
+    launchProgram(bundleWithRelay());
+    if (!TrayClient(m_bus).tooltipSays(QStringLiteral("'Sayloft: ready'")))
+        throw std::runtime_error("Sayloft did not become ready");
+    waitForSound();
 }
 
 void DictationDesk::startSayloftWithoutServer() {
@@ -75,12 +94,16 @@ void DictationDesk::startSayloftWithoutServer() {
 }
 
 void DictationDesk::startServer(const std::vector<RawAnswer>& answers) {
+    listen(answers);
+    waitUntilAsked();
+}
+
+void DictationDesk::listen(const std::vector<RawAnswer>& answers) {
     std::vector<RawAnswer> script{RawAnswer::ok("ready")};
     script.insert(script.end(), answers.begin(), answers.end());
     m_speechServer = std::make_unique<RawHttpServer>(script);
     writeFile(modelFile() + QStringLiteral(".port"),
               QByteArray::number(m_speechServer->port()) + '\n');
-    waitUntilAsked();
 }
 
 // Afterwards every connection is a dictation.
@@ -95,21 +118,28 @@ void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
 }
 
 void DictationDesk::launch(const QString& bundle) {
-    QProcessEnvironment environment = m_display.environment();
-    m_bus.addTo(environment);
-    m_room.addTo(environment);
-    environment.insert(m_extraEnvironment);
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
-    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle, m_runBy);
+    launchProgram(bundle);
     if (!m_sayloft->waitForLog(QStringLiteral("event tap installed OK")))
         throw std::runtime_error("Sayloft did not come up: " + m_sayloft->log().toStdString());
     waitForSound();
 }
 
-QString DictationDesk::bundleWithRelay() {
-    QString bundle = bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
-    writeFile(modelFile(), "relay");
-    return bundle;
+void DictationDesk::launchProgram(const QString& bundle) {
+    QProcessEnvironment environment = m_display.environment();
+    m_bus.addTo(environment);
+    m_room.addTo(environment);
+    environment.insert(m_extraEnvironment);
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
+    m_sayloft.reset();
+    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle, m_runBy);
+}
+
+const QString& DictationDesk::bundleWithRelay() {
+    if (m_bundleWithRelay.isEmpty()) {
+        m_bundleWithRelay = bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
+        writeFile(modelFile(), "relay");
+    }
+    return m_bundleWithRelay;
 }
 
 void DictationDesk::waitForSound() const {
