@@ -2,7 +2,6 @@
 // What happens around a dictation while it is under way: services that die, a clock that jumps, a
 // computer that sleeps.
 #include "tests/endtoend/Dictation.h"
-#include "tests/support/TempHome.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
@@ -117,49 +116,6 @@ TEST_F(Interruptions, ofTheSoundServerThatGoesOnLaterDoNotBlockTheProgram) {
 TEST_F(Interruptions, bySleepWhileTheChordIsHeldLoseNothingOfWhatWasSaidBefore) {
     sleepThroughADictation(3s);
 }
-
-/// The clock on the wall as the program sees it; others do not.
-class ClockJump : public Dictation, public testing::WithParamInterface<std::string> {
-protected:
-    ClockJump() {
-        setClock("+0");
-        m_desk.setEnvironment(QStringLiteral("LD_PRELOAD"), QStringLiteral("libfaketimeMT.so.1"));
-        m_desk.setEnvironment(QStringLiteral("LD_LIBRARY_PATH"),
-                              QStringLiteral(SAYLOFT_FAKETIME_DIR));
-        m_desk.setEnvironment(QStringLiteral("FAKETIME_TIMESTAMP_FILE"), m_clockFile);
-        m_desk.setEnvironment(QStringLiteral("FAKETIME_NO_CACHE"), QStringLiteral("1"));
-        m_desk.setEnvironment(QStringLiteral("DONT_FAKE_MONOTONIC"), QStringLiteral("1"));
-    }
-
-    void setClock(const std::string& offset) const {
-        writeFile(m_clockFile, QByteArray::fromStdString(offset) + '\n');
-    }
-
-    /// Whether the program asks the clock that the test sets.
-    [[nodiscard]] bool isLookedAt() {
-        const qint64 pid = m_desk.sayloft().program().pid();
-        return readFile(QStringLiteral("/proc/%1/maps").arg(pid)).contains("libfaketimeMT");
-    }
-
-    QTemporaryDir m_directory;
-    const QString m_clockFile = m_directory.filePath(QStringLiteral("clock"));
-};
-
-TEST_P(ClockJump, inTheMiddleOfADictationChangesNothing) {
-    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
-    ASSERT_TRUE(isLookedAt());
-    m_desk.hold();
-    m_desk.room().play(m_desk.soundFile());
-    setClock(GetParam());
-    m_desk.letGo();
-    ASSERT_TRUE(m_desk.waitForTranscripts(1));
-    expectSoundIn(m_desk.recordings().front());
-    expectSecondOneWorks();
-}
-
-INSTANTIATE_TEST_SUITE_P(Of, ClockJump, testing::Values("+400d", "-400d"), [](const auto& row) {
-    return row.param.front() == '+' ? "aYearAhead" : "aYearBack";
-});
 
 }  // namespace
 }  // namespace sayloft::test
