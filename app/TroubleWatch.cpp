@@ -97,8 +97,9 @@ void TroubleWatch::dictationBegins() {
     reviewFiles();
 }
 
-// A disk may have become full by what was said.
+// The microphone may have gone in the middle, and a disk have become full by what was said.
 void TroubleWatch::dictationEnded() {
+    reviewSound();
     reviewFiles();
 }
 

@@ -124,6 +124,13 @@ TEST_F(TheTroubleWatch, seesAtADictationThatThereIsNoMicrophoneUntilThereIsOne) 
     EXPECT_TRUE(test::waitUntil([this] { return m_watch.reason().isEmpty(); }));
 }
 
+TEST_F(TheTroubleWatch, seesAfterADictationThatTheMicrophoneHasGone) {
+    m_watch.dictationBegins();
+    m_audio.defaultFormat = {};
+    m_watch.dictationEnded();
+    EXPECT_EQ(m_watch.reason(), QStringLiteral("no microphone"));
+}
+
 TEST_F(TheTroubleWatch, waitsForATrayThatComesLate) {
     m_tray.isThere = false;
     m_watch.launched();

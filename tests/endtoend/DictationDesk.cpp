@@ -2,6 +2,7 @@
 #include "tests/endtoend/DictationDesk.h"
 
 #include "tests/support/TempHome.h"
+#include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QDir>
@@ -66,8 +67,26 @@ void DictationDesk::restartSayloft() {
 
 void DictationDesk::startSayloft(const std::vector<RawAnswer>& answers,
                                  const QByteArray& settings) {
-    start(settings, bundleWithHelper("relay"));
-    startServer(answers);
+    prepare(answers, settings);
+    startPrepared();
+}
+
+void DictationDesk::prepare(const std::vector<RawAnswer>& answers, const QByteArray& settings) {
+    writeConfig(home(), configuration(settings));
+    static_cast<void>(bundleWithHelper("relay"));
+    listen(answers);
+}
+
+void DictationDesk::startPrepared() {
+    launch(bundleWithHelper("relay"));
+    waitUntilAsked();
+}
+
+void DictationDesk::startPreparedWithoutLog() {
+    launchProgram(bundleWithHelper("relay"));
+    if (!TrayClient(m_bus).tooltipSays(QStringLiteral("'Sayloft: ready'")))
+        throw std::runtime_error("Sayloft did not become ready");
+    waitForSound();
 }
 
 void DictationDesk::startSayloftWithHelper(const QByteArray& behaviour) {
@@ -81,12 +100,16 @@ void DictationDesk::startSayloftWithoutServer() {
 }
 
 void DictationDesk::startServer(const std::vector<RawAnswer>& answers) {
+    listen(answers);
+    waitUntilAsked();
+}
+
+void DictationDesk::listen(const std::vector<RawAnswer>& answers) {
     std::vector<RawAnswer> script{RawAnswer::ok("ready")};
     script.insert(script.end(), answers.begin(), answers.end());
     m_speechServer = std::make_unique<RawHttpServer>(script);
     writeFile(modelFile() + QStringLiteral(".port"),
               QByteArray::number(m_speechServer->port()) + '\n');
-    waitUntilAsked();
 }
 
 // Afterwards every connection is a dictation.
@@ -101,21 +124,28 @@ void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
 }
 
 void DictationDesk::launch(const QString& bundle) {
-    QProcessEnvironment environment = m_display.environment();
-    m_bus.addTo(environment);
-    m_room.addTo(environment);
-    environment.insert(m_extraEnvironment);
-    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
-    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle, m_runBy);
+    launchProgram(bundle);
     if (!m_sayloft->waitForLog(QStringLiteral("event tap installed OK")))
         throw std::runtime_error("Sayloft did not come up: " + m_sayloft->log().toStdString());
     waitForSound();
 }
 
-QString DictationDesk::bundleWithHelper(const QByteArray& behaviour) {
-    QString bundle = bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
-    writeFile(modelFile(), behaviour);
-    return bundle;
+void DictationDesk::launchProgram(const QString& bundle) {
+    QProcessEnvironment environment = m_display.environment();
+    m_bus.addTo(environment);
+    m_room.addTo(environment);
+    environment.insert(m_extraEnvironment);
+    environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
+    m_sayloft.reset();
+    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle, m_runBy);
+}
+
+const QString& DictationDesk::bundleWithHelper(const QByteArray& behaviour) {
+    if (m_bundleWithHelper.isEmpty()) {
+        m_bundleWithHelper = bundleWithForeignHelper(m_directory.filePath(QStringLiteral("own")));
+        writeFile(modelFile(), behaviour);
+    }
+    return m_bundleWithHelper;
 }
 
 void DictationDesk::waitForSound() const {

@@ -53,6 +53,12 @@ public:
     /// one for each connection, the last of them again and again.
     void startSayloft(const std::vector<RawAnswer>& answers, const QByteArray& settings = {});
 
+    /// The same in two steps: first everything but the program itself. Again and again, too.
+    void prepare(const std::vector<RawAnswer>& answers, const QByteArray& settings = {});
+    void startPrepared();
+    /// The same, but returns when the program is ready, whether it can write a log or not.
+    void startPreparedWithoutLog();
+
     /// Starts it with a helper that behaves as the model file, which has this text, tells it.
     void startSayloftWithHelper(const QByteArray& behaviour);
 
@@ -114,8 +120,11 @@ public:
 private:
     void start(const QByteArray& settings, const QString& bundle);
     void launch(const QString& bundle);
+    void launchProgram(const QString& bundle);
+    void listen(const std::vector<RawAnswer>& answers);
     void waitUntilAsked() const;
-    [[nodiscard]] QString bundleWithHelper(const QByteArray& behaviour);
+    /// Made once.
+    [[nodiscard]] const QString& bundleWithHelper(const QByteArray& behaviour);
     [[nodiscard]] QString modelFile() const {
         return dataFile(QStringLiteral("models/starter-en-us.model"));
     }
@@ -130,6 +139,7 @@ private:
     Samples m_noise = noise(8000);
     QString m_noiseFile = m_directory.filePath(QStringLiteral("noise.wav"));
     QStringList m_runBy;
+    QString m_bundleWithHelper;
     std::unique_ptr<RawHttpServer> m_speechServer;
     QProcessEnvironment m_extraEnvironment;
     std::unique_ptr<SayloftProgram> m_sayloft;

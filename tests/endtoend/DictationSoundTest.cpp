@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Dictations without a microphone, with a sound server that dies, and with next to no sound.
 #include "tests/endtoend/Dictation.h"
+#include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QElapsedTimer>
@@ -15,10 +16,11 @@ namespace {
 using namespace std::chrono_literals;
 
 TEST_F(Dictation, withoutAnyMicrophoneIsSilentAndTheNextOneWorks) {
-    m_desk.startSayloft({RawAnswer::ok("words")});
     m_desk.room().removeMicrophone(QStringLiteral("builtin"));
+    m_desk.startSayloft({RawAnswer::ok("words")});
     m_desk.press();
-    ASSERT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("(built-in mic: false)")));
+    ASSERT_TRUE(m_desk.sayloft().waitForLog(
+        QStringLiteral("recording @ 0Hz (built-in mic: false)\nno input format\n")));
     turnEventLoopFor(500ms);
     EXPECT_EQ(m_desk.openMicrophones(), 0);
     m_desk.letGo();
@@ -32,6 +34,18 @@ TEST_F(Dictation, withoutAnyMicrophoneIsSilentAndTheNextOneWorks) {
     m_desk.say();
     expectInEditor(QStringLiteral("words"));
     expectWholeSoundInLastRecording();
+}
+
+TEST_F(Dictation, withoutAnyMicrophoneIsToldInTheTooltipUntilThereIsOne) {
+    const TrayClient tray(m_desk.bus());
+    const QString noMicrophone = QStringLiteral("no microphone");
+    m_desk.room().removeMicrophone(QStringLiteral("builtin"));
+    m_desk.startSayloft({RawAnswer::ok("words")});
+    m_desk.press();
+    EXPECT_TRUE(tray.tooltipSays(noMicrophone));
+    m_desk.letGo();
+    m_desk.room().addMicrophone(QStringLiteral("usb"), {});
+    EXPECT_TRUE(tray.tooltipStopsSaying(noMicrophone));
 }
 
 /// Two fragments of 20 ms are lost with the sound server.

@@ -27,12 +27,9 @@ protected:
         m_desk.startSayloft({RawAnswer::ok("words")});
     }
 
-    [[nodiscard]] bool tooltipSays(const QString& reason) const {
-        return waitUntil(
-            [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
+    [[nodiscard]] bool tooltipSaysNothing() const {
+        return m_client.tooltipSays(QStringLiteral(", '')"));
     }
-
-    [[nodiscard]] bool tooltipSaysNothing() const { return tooltipSays(QStringLiteral(", '')")); }
 
     NotificationDaemon m_daemon{Notifying::dunst, m_desk.display(), m_desk.bus()};
     BusMonitor m_messages{m_desk.bus(), QStringLiteral("org.freedesktop.Notifications")};
@@ -48,12 +45,12 @@ TEST_F(DiskTrouble, thatThereIsNoRoomIsToldUntilThereIsSomeAndCostsNoWords) {
     m_desk.say();
     expectInEditor(QStringLiteral("wordswords"));
     expectWholeSoundInLastRecording();
-    EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("disk full")));
     EXPECT_TRUE(m_messages.hears("The disk is full"));
     m_disk->makeRoom();
     m_desk.say();
     expectInEditor(QStringLiteral("wordswordswords"));
-    EXPECT_TRUE(tooltipSays(QStringLiteral("'Sayloft: ready'")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("'Sayloft: ready'")));
     EXPECT_FALSE(m_client.property(QStringLiteral("ToolTip")).contains(QStringLiteral("full")));
     EXPECT_TRUE(waitUntil([this] { return m_desk.history() == R"(["words","words","words"])"; }));
 }
@@ -66,7 +63,7 @@ TEST_F(DiskTrouble, thatTheRoomEndsInADictationIsToldAfterItAndCostsNoWords) {
     m_desk.letGo();
     expectInEditor(QStringLiteral("words"));
     expectWholeSoundInLastRecording();
-    EXPECT_TRUE(tooltipSays(QStringLiteral("disk full")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("disk full")));
 }
 
 // Its sound is kept, and with it goes the file that the next one would have been written to.
@@ -144,7 +141,7 @@ TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
     startOnSmallDisk();
     m_disk->makeReadOnly();
     m_desk.press();
-    EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("~/.sayloft not writable")));
     EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
     EXPECT_EQ(m_desk.openMicrophones(), 0);
     m_desk.letGo();
@@ -164,7 +161,7 @@ TEST_F(DiskTrouble, ofAReadOnlyHomeIsToldAtTheStart) {
     m_desk.bus().addTo(environment);
     m_desk.room().addTo(environment);
     const SayloftProgram sayloft(m_desk.home(), environment);
-    EXPECT_TRUE(tooltipSays(QStringLiteral("~/.sayloft not writable")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("~/.sayloft not writable")));
     EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
 }
 

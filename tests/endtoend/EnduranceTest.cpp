@@ -3,6 +3,7 @@
 // (40 or more) and SAYLOFT_HOLD_MINUTES make them shorter.
 #include "tests/endtoend/Dictation.h"
 #include "tests/support/ProcessFigures.h"
+#include "tests/support/TrayClient.h"
 #include "tests/support/UsageTrend.h"
 #include "tests/support/WaitUntil.h"
 
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <csignal>
 #include <cstdio>
 #include <random>
 #include <thread>
@@ -126,6 +128,43 @@ TEST_F(Endurance, ofFiveHundredTapsLeavesTheProgramReady) {
 
 TEST_F(Endurance, ofAMinuteAsleepInTheMiddleOfADictationLosesNothingOfIt) {
     sleepThroughADictation(60s);
+}
+
+/// The program sleeps for a minute and wakes up.
+void sleep(DictationDesk& desk) {
+    desk.sayloft().program().signal(SIGSTOP);
+    turnEventLoopFor(60s);
+    desk.sayloft().program().signal(SIGCONT);
+}
+
+// An attempt is given up after 30 s: it may be made again although its answer is there.
+TEST_F(Endurance, ofAMinuteAsleepDuringATranscriptionBringsItsTextOnce) {
+    m_desk.startSayloft({RawAnswer::slowly("First", 3s), RawAnswer::ok("First")});
+    m_desk.say();
+    ASSERT_TRUE(waitUntil([this] { return m_desk.recordings().size() == 1; }));
+    EXPECT_TRUE(m_desk.transcripts().isEmpty());
+    sleep(m_desk);
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    expectInEditor(QStringLiteral("First"));
+    turnEventLoopFor(5s);
+    EXPECT_EQ(m_desk.transcripts().size(), 1);
+    std::printf("asked %zu times\n", m_desk.recordings().size());
+    m_desk.say();
+    expectInEditor(QStringLiteral("FirstFirst"));
+    expectWholeSoundInLastRecording();
+    EXPECT_EQ(m_desk.transcripts().size(), 2);
+}
+
+TEST_F(Endurance, ofAMinuteAsleepBetweenDictationsIsForgotten) {
+    const TrayClient tray(m_desk.bus());
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.say();
+    expectInEditor(QStringLiteral("First"));
+    ASSERT_TRUE(waitUntil([this] { return m_desk.openMicrophones() == 0; }));
+    sleep(m_desk);
+    EXPECT_TRUE(tray.tooltipSays(QStringLiteral("'Sayloft: ready'")));
+    EXPECT_TRUE(tray.labels().contains(QStringLiteral("First")));
+    expectSecondOneWorks();
 }
 
 std::chrono::minutes holdTime() {

@@ -7,6 +7,7 @@
 #include "tests/support/OwnNamespaces.h"
 #include "tests/support/Strace.h"
 #include "tests/support/TempHome.h"
+#include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
 
 #include <QDir>
@@ -47,6 +48,15 @@ protected:
         EXPECT_TRUE(readFile(m_trace).contains("(INJECTED)")) << "no call has failed";
     }
 
+    /// Whether the menu comes to have both as transcripts.
+    [[nodiscard]] bool menuHas(const QString& first, const QString& second) const {
+        return waitUntil([&] {
+            const QStringList labels = m_tray.labels();
+            return labels.contains(first) && labels.contains(second);
+        });
+    }
+
+    const TrayClient m_tray{m_desk.bus()};
     const QTemporaryDir m_directory;
     const QString m_trace = m_directory.filePath(QStringLiteral("trace"));
 };
@@ -54,13 +64,15 @@ protected:
 class ADictationOnAFailingDisk : public OnAFailingDisk {};
 
 TEST_P(ADictationOnAFailingDisk, losesNoWordsWhere) {
-    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.prepare({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.startPreparedWithoutLog();
     m_desk.say();
     expectInEditor(QStringLiteral("First"));
     expectWholeSoundInLastRecording();
     m_desk.say();
     expectInEditor(QStringLiteral("FirstSecond"));
     expectWholeSoundInLastRecording();
+    EXPECT_TRUE(menuHas(QStringLiteral("First"), QStringLiteral("Second")));
     expectFailedCalls();
 }
 
@@ -91,7 +103,62 @@ INSTANTIATE_TEST_SUITE_P(
         Failing{"recordingCannotBeWrittenFromSomewhereOn", recording, write, QStringLiteral("5+")},
         Failing{"historyCanNeverBeWritten", history, write, always},
         Failing{"historyCanNeverBeOpened", history, open, always},
+        Failing{"logCanNeverBeOpened", log, open, always},
         Failing{"logCannotBeWrittenAnyMore", log, write, QStringLiteral("6+")}),
+    [](const auto& row) { return row.param.description; });
+
+class ATranscriptOnAFailingDisk : public OnAFailingDisk {};
+
+TEST_P(ATranscriptOnAFailingDisk, isSavedWithTheNextOneWhere) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.say();
+    expectInEditor(QStringLiteral("First"));
+    m_desk.say();
+    expectInEditor(QStringLiteral("FirstSecond"));
+    EXPECT_TRUE(waitUntil([this] { return m_desk.history() == R"(["Second","First"])"; }))
+        << m_desk.history().toStdString();
+    expectFailedCalls();
+}
+
+TEST_P(ATranscriptOnAFailingDisk, isSavedAtTheEndOfTheProgramWhere) {
+    m_desk.startSayloft({RawAnswer::ok("First")});
+    m_desk.say();
+    expectInEditor(QStringLiteral("First"));
+    const int program = tracedBy(m_desk.sayloft().program().pid());
+    m_tray.click(QStringLiteral("Quit"));
+    ASSERT_TRUE(waitUntil([&] { return hasEnded(program); }));
+    EXPECT_EQ(m_desk.history(), R"(["First"])");
+    expectFailedCalls();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    The, ATranscriptOnAFailingDisk,
+    testing::Values(Failing{"recordingCanNeverBeWritten", recording, write, always},
+                    Failing{"logCannotBeWrittenAnyMore", log, write, QStringLiteral("3+")},
+                    Failing{"historyCannotBeWrittenOnce", history, write, QStringLiteral("1")},
+                    Failing{"historyCannotBeWrittenTwice", history, write, QStringLiteral("1..2")},
+                    Failing{"historyCannotBeOpenedForAWhile", history, open,
+                            QStringLiteral("1..4")}),
+    [](const auto& row) { return row.param.description; });
+
+class AMissingTrayOnAFailingDisk : public OnAFailingDisk {};
+
+TEST_P(AMissingTrayOnAFailingDisk, isToldAtEveryStartAndCostsNoWordsWhere) {
+    QString text;
+    for (int start = 1; start <= 2; ++start) {
+        m_desk.prepare({RawAnswer::ok("words")});
+        m_desk.startPrepared();
+        EXPECT_TRUE(m_tray.tooltipSays(QStringLiteral("no place for the icon")));
+        expectFailedCalls();
+        m_desk.say();
+        expectInEditor(text += QStringLiteral("words"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    The, AMissingTrayOnAFailingDisk,
+    testing::Values(Failing{
+        "markOfItCannotBeMade", {QStringLiteral(".sayloft/no-tray-told")}, open, always}),
     [](const auto& row) { return row.param.description; });
 
 class ASettingOnAFailingDisk : public OnAFailingDisk {
@@ -125,10 +192,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.description; });
 
 /// What is said lies on a disk of its own, so that it is copied when it is to be kept.
-class AFailedDictationOnAFailingDisk : public OnAFailingDisk {
-protected:
-    const TrayClient m_client{m_desk.bus()};
-};
+class AFailedDictationOnAFailingDisk : public OnAFailingDisk {};
 
 TEST_P(AFailedDictationOnAFailingDisk, costsNothingOfTheNextOneWhere) {
     std::optional<SmallDisk> otherDisk;
@@ -143,7 +207,7 @@ TEST_P(AFailedDictationOnAFailingDisk, costsNothingOfTheNextOneWhere) {
         QStringLiteral("the recording could not be kept: No space left on device")));
     m_desk.say();
     expectInEditor(QStringLiteral("words"));
-    EXPECT_FALSE(m_client.property(QStringLiteral("ToolTip")).contains(QStringLiteral("kept in")));
+    EXPECT_FALSE(m_tray.property(QStringLiteral("ToolTip")).contains(QStringLiteral("kept in")));
     for (const QString& file : failed + partOfFailed)
         EXPECT_FALSE(QFileInfo::exists(m_desk.home() + QLatin1Char('/') + file));
     expectFailedCalls();

@@ -24,25 +24,11 @@ using test::RawAnswer;
 
 class HelperTrouble : public test::Dictation {
 protected:
-    static void signalHelper(int number) {
-        const pid_t pid = test::helpers().toInt();
-        ASSERT_GT(pid, 0);
-        ASSERT_EQ(::kill(pid, number), 0);
-    }
-
-    [[nodiscard]] bool tooltipSays(const char* reason) const {
-        return test::waitUntil(
-            [&] {
-                return m_client.property(QStringLiteral("ToolTip"))
-                    .contains(QString::fromUtf8(reason));
-            },
-            20s);
-    }
-
     void expectFailedWithItsSoundKept() {
         EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED"), 60s));
-        EXPECT_TRUE(tooltipSays("recording kept in ~/.sayloft/last-failed.wav"));
-        EXPECT_TRUE(tooltipSays("speech helper has ended"));
+        EXPECT_TRUE(
+            m_client.tooltipSays(QStringLiteral("recording kept in ~/.sayloft/last-failed.wav")));
+        EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("speech helper has ended")));
         expectSoundIn(test::readSound(m_desk.dataFile(QStringLiteral("last-failed.wav"))));
     }
 
@@ -71,7 +57,7 @@ protected:
         for (const QByteArray& request : stranger.requests())
             EXPECT_TRUE(request.startsWith("GET / ")) << request.left(200).toStdString();
         EXPECT_EQ(m_desk.editor().textOnce({}), QString());
-        EXPECT_TRUE(tooltipSays("port 8090 taken"));
+        EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("port 8090 taken")));
     }
 
     const test::TrayClient m_client{m_desk.bus()};
@@ -122,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(With, FloodingHelper,
 
 TEST_F(HelperTrouble, aKilledHelperFailsTheDictationOnly) {
     m_desk.startSayloft();
-    signalHelper(SIGKILL);
+    test::signalHelper(SIGKILL);
     m_desk.say();
     expectFailedWithItsSoundKept();
     EXPECT_EQ(m_desk.editor().textOnce({}), QString());
@@ -132,9 +118,9 @@ TEST_F(HelperTrouble, aKilledHelperFailsTheDictationOnly) {
 
 TEST_F(HelperTrouble, aHelperKilledWhileItTranscribesFailsTheDictationOnly) {
     m_desk.startSayloft();
-    signalHelper(SIGSTOP);
+    test::signalHelper(SIGSTOP);
     sayAndWaitForTheEndOfTheRecording();
-    signalHelper(SIGKILL);
+    test::signalHelper(SIGKILL);
     expectFailedWithItsSoundKept();
     EXPECT_TRUE(m_desk.sayloft().program().isRunning());
     expectPromptEnd();
@@ -148,7 +134,7 @@ TEST_F(HelperTrouble, noSoundGoesToAStrangerThatHasThePortBeforeTheStart) {
 
 TEST_F(HelperTrouble, noSoundGoesToAStrangerThatTakesThePortOfAKilledHelper) {
     m_desk.startSayloft();
-    signalHelper(SIGKILL);
+    test::signalHelper(SIGKILL);
     ASSERT_TRUE(test::waitUntil([] { return !test::helperRuns(); }));
     const test::RawHttpServer stranger({RawAnswer::ok("I heard you")}, 8090);
     expectNothingIsSentTo(stranger);
@@ -158,11 +144,11 @@ TEST_F(HelperTrouble, aFrozenHelperDelaysTheTextUntilItGoesOn) {
     const QTemporaryDir directory;
     const auto sample = helper::test::speak(directory, "the weather is nice today");
     m_desk.startSayloft();
-    signalHelper(SIGSTOP);
+    test::signalHelper(SIGSTOP);
     m_desk.say(sample.file);
     test::turnEventLoopFor(2s);
     EXPECT_EQ(m_desk.transcripts(), QStringList());
-    signalHelper(SIGCONT);
+    test::signalHelper(SIGCONT);
     ASSERT_TRUE(m_desk.waitForTranscripts(1));
     const QString words = QString::fromStdString(sample.words);
     EXPECT_EQ(m_desk.editor().textOnce(words), words);
@@ -170,7 +156,7 @@ TEST_F(HelperTrouble, aFrozenHelperDelaysTheTextUntilItGoesOn) {
 
 TEST_F(HelperTrouble, aFrozenHelperDoesNotDelayTheEnd) {
     m_desk.startSayloft();
-    signalHelper(SIGSTOP);
+    test::signalHelper(SIGSTOP);
     sayAndWaitForTheEndOfTheRecording();
     EXPECT_FALSE(m_desk.sayloft().log().contains(QStringLiteral("TRANSCRIBE FAILED")));
     expectPromptEnd();

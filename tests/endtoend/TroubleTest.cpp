@@ -46,11 +46,6 @@ protected:
         ASSERT_TRUE(m_sayloft->waitForLog(QStringLiteral("event tap installed OK")));
     }
 
-    [[nodiscard]] bool tooltipSays(const QString& reason) const {
-        return test::waitUntil(
-            [&] { return m_client.property(QStringLiteral("ToolTip")).contains(reason); }, 20s);
-    }
-
     test::XServer m_display;
     test::SessionBus m_bus;
     test::NotificationDaemon m_daemon{test::Notifying::dunst, m_display, m_bus};
@@ -64,7 +59,7 @@ protected:
 
 TEST_F(Trouble, ofAMissingModelIsToldOnceAndStandsInTheTooltip) {
     startSayloft(R"({"model":"english"})");
-    EXPECT_TRUE(tooltipSays(QStringLiteral("speech model missing")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("speech model missing")));
     EXPECT_EQ(m_client.property(QStringLiteral("Title")),
               QStringLiteral("'Sayloft: one moment… (speech model missing)'"));
     EXPECT_TRUE(m_messages.hears("The speech model is missing"));
@@ -78,21 +73,21 @@ TEST_F(Trouble, ofAHelperThatDiesStandsInTheTooltip) {
     ASSERT_TRUE(m_sayloft->waitForHelper());
     test::run(QStringLiteral("pkill"),
               {QStringLiteral("-KILL"), QStringLiteral("-x"), QStringLiteral("parakeet-server")});
-    EXPECT_TRUE(tooltipSays(QStringLiteral("speech helper has ended")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("speech helper has ended")));
     EXPECT_TRUE(m_messages.hears("Sayloft's speech helper has ended"));
 }
 
 TEST_F(Trouble, ofAPortThatSomebodyElseHasStaysAlthoughHeAnswers) {
     const test::RawHttpServer stranger({test::RawAnswer::ok("hello")}, 8090);
     startSayloft(R"({"model":"starter"})");
-    EXPECT_TRUE(tooltipSays(QStringLiteral("port 8090 taken")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("port 8090 taken")));
     test::turnEventLoopFor(2s);
-    EXPECT_TRUE(tooltipSays(QStringLiteral("port 8090 taken")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("port 8090 taken")));
 }
 
 TEST_F(Trouble, ofAMissingSoundServerIsTold) {
     startSayloft(R"({"model":"starter"})");
-    EXPECT_TRUE(tooltipSays(QStringLiteral("no sound server")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("no sound server")));
     EXPECT_TRUE(m_messages.hears("Sayloft finds no sound server"));
 }
 
@@ -104,23 +99,23 @@ TEST_F(Trouble, ofASoundServerThatRefusesIsToldUntilItLetsUsIn) {
     m_environment.insert(QStringLiteral("PULSE_COOKIE"), ours);
     const test::TrayHost panel(test::TrayHostKind::xfcePanel, m_display, m_bus);
     startSayloft(R"({"model":"starter"})");
-    EXPECT_TRUE(tooltipSays(QStringLiteral("sound server refuses")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("sound server refuses")));
     EXPECT_TRUE(m_messages.hears("The sound server refuses Sayloft"));
     test::writeFile(ours, test::readFile(theirs));
-    EXPECT_TRUE(tooltipSays(QStringLiteral("'Sayloft: ready', ''")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("'Sayloft: ready', ''")));
 }
 
 TEST_F(Trouble, ofAMissingTrayIsToldWithTheRemedy) {
     openRoom();
     startSayloft(R"({"model":"starter"})");
-    EXPECT_TRUE(tooltipSays(QStringLiteral("no place for the icon")));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("no place for the icon")));
     EXPECT_TRUE(m_messages.hears("GNOME shows the icon with its AppIndicator extension"));
 }
 
 TEST_F(Trouble, ofAMissingTrayIsNotToldAtTheNextStartAndCostsNothing) {
     openRoom();
     startSayloft(R"({"model":"starter"})");
-    ASSERT_TRUE(tooltipSays(QStringLiteral("no place for the icon")));
+    ASSERT_TRUE(m_client.tooltipSays(QStringLiteral("no place for the icon")));
     ASSERT_TRUE(m_messages.hears("its icon has no place"));
     m_sayloft.reset();
     startSayloft(R"({"model":"starter"})");

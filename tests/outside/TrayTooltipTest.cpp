@@ -20,12 +20,7 @@ protected:
         m_desk.setVariable(QStringLiteral("XDG_CURRENT_DESKTOP"), QStringLiteral("LXQt"));
         m_desk.startSayloft();
         const TrayClient client(m_desk.bus());
-        ASSERT_TRUE(waitUntil(
-            [&] {
-                return client.property(QStringLiteral("ToolTip"))
-                    .contains(QStringLiteral("no sound server"));
-            },
-            30s));
+        ASSERT_TRUE(client.tooltipSays(QStringLiteral("no sound server")));
     }
 
     /// Moves the mouse about on the item, since panels look at movements.

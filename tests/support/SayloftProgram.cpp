@@ -8,7 +8,11 @@
 #include <QProcess>
 #include <QTcpSocket>
 
+#include <csignal>
+#include <stdexcept>
 #include <utility>
+
+#include <sys/types.h>
 
 namespace sayloft::test {
 
@@ -75,6 +79,13 @@ QByteArray helpers() {
 
 bool helperRuns() {
     return !helpers().isEmpty();
+}
+
+void signalHelper(int number) {
+    bool isOne = false;
+    const pid_t helper = helpers().toInt(&isOne);
+    if (!isOne || ::kill(helper, number) != 0)
+        throw std::runtime_error("there is not one helper to be sent a signal");
 }
 
 void writeConfig(const QString& home, const QByteArray& json) {

@@ -52,6 +52,8 @@ private:
 /// Process ids of all speech helpers, whoever started them, one to a line.
 [[nodiscard]] QByteArray helpers();
 [[nodiscard]] bool helperRuns();
+/// Throws std::runtime_error where there is not exactly one.
+void signalHelper(int number);
 
 /// Writes `json` as the configuration of the user whose home is `home`.
 void writeConfig(const QString& home, const QByteArray& json);

@@ -6,10 +6,13 @@
 
 #include <QRegularExpression>
 
+#include <chrono>
 #include <stdexcept>
 
 namespace sayloft::test {
 namespace {
+
+using namespace std::chrono_literals;
 
 const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
 const QString itemPath = QStringLiteral("/StatusNotifierItem");
@@ -90,6 +93,21 @@ TrayItemProperties TrayClient::properties() const {
     return TrayItemProperties::fromGdbus(
         call(sayloft(), itemPath, QStringLiteral("org.freedesktop.DBus.Properties.GetAll"),
              {QStringLiteral("org.kde.StatusNotifierItem")}));
+}
+
+bool TrayClient::tooltipSays(const QString& words) const {
+    const auto says = [&] {
+        try {
+            return property(QStringLiteral("ToolTip")).contains(words);
+        } catch (const std::runtime_error&) {
+            return false;  // the name comes before the item
+        }
+    };
+    return waitUntil(says, 20s);
+}
+
+bool TrayClient::tooltipStopsSaying(const QString& words) const {
+    return waitUntil([&] { return !property(QStringLiteral("ToolTip")).contains(words); }, 20s);
 }
 
 QString TrayClient::callMenu(const char* method, const QStringList& arguments) const {

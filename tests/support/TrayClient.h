@@ -29,6 +29,11 @@ public:
     [[nodiscard]] QString property(const QString& name) const;
     /// All properties of Sayloft's item at one moment.
     [[nodiscard]] TrayItemProperties properties() const;
+    /// Waits until there is the item of Sayloft and its tooltip contains the words, as gdbus prints
+    /// them.
+    [[nodiscard]] bool tooltipSays(const QString& words) const;
+    /// Waits until it does not contain them.
+    [[nodiscard]] bool tooltipStopsSaying(const QString& words) const;
 
     /// The whole menu, as gdbus prints it.
     [[nodiscard]] QString menu() const;
