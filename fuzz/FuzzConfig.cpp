@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: MIT
-// config.json and its copies: users, older versions and crashes write them.
-#include "fuzz/support/DataFolder.h"
+// The text of config.json: users and older versions write it, and crashes cut it off.
+#include "fuzz/support/SavedText.h"
 #include "storage/Config.h"
 
 using namespace sayloft;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const fuzz::DataFolder folder;
-    folder.fill(Config::url(), fuzz::FuzzInput(data, size));
-    fuzz::start(Config::file(), Config::url());
-    const Config config = Config::load();
-    config.save();
-    fuzz::require(Config::load() == config);
-    fuzz::waitForDisk();
-    fuzz::require(Config::load() == config);
+    const QByteArray text = fuzz::byteArray(fuzz::FuzzInput(data, size).rest());
+    static_cast<void>(isCutOffJson(text));
+    const auto config = Config::decode(text);
+    if (!config)
+        return 0;
+    const QByteArray saved = config->encode();
+    fuzz::require(Config::decode(saved) == config);
+    fuzz::requireDamageToBeSeen(saved, size);
     return 0;
 }

@@ -16,8 +16,10 @@ for name in "$@"; do
     found="$build/corpus/$name"
     log="$build/corpus/$name.log"
     mkdir -p "$found"
+    # Files hold the same words as the text that is fuzzed without them.
+    words="fuzz/dictionaries/${name%_files}.dict"
     dictionary=""
-    [ ! -e "fuzz/dictionaries/$name.dict" ] || dictionary="-dict=fuzz/dictionaries/$name.dict"
+    [ ! -e "$words" ] || dictionary="-dict=$words"
     echo "fuzz_$name: $seconds s"
     "$build/fuzz/fuzz_$name" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=2048 \
         -print_final_stats=1 -artifact_prefix="$build/failed/$name-" $dictionary \

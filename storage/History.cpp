@@ -5,21 +5,14 @@
 #include "storage/Json.h"
 #include "storage/LateSaves.h"
 
-#include <optional>
-
 namespace sayloft {
 namespace {
 
 constexpr std::size_t mostItems = 50;
 
-std::optional<std::vector<QString>> decode(const QByteArray& text) {
-    const auto json = parseJson(text);
-    return json ? readArray(*json, readString) : std::nullopt;
-}
-
 std::vector<QString> loadItems() {
     const auto text = History::file().read().text;
-    return text ? decode(*text).value_or(std::vector<QString>()) : std::vector<QString>();
+    return text ? History::decode(*text).value_or(std::vector<QString>()) : std::vector<QString>();
 }
 
 }  // namespace
@@ -47,11 +40,20 @@ KeptFile History::file() {
             KeptFile::Author::program};
 }
 
+std::optional<std::vector<QString>> History::decode(const QByteArray& json) {
+    const auto items = parseJson(json);
+    return items ? readArray(*items, readString) : std::nullopt;
+}
+
+QByteArray History::encode(const std::vector<QString>& items) {
+    Json array = Json::array();
+    for (const QString& item : items)
+        array.push_back(toJson(item));
+    return writeJson(array);
+}
+
 void History::save() const {
-    Json items = Json::array();
-    for (const QString& item : m_items)
-        items.push_back(toJson(item));
-    saveNowOrLater(file(), writeJson(items));
+    saveNowOrLater(file(), encode(m_items));
 }
 
 }  // namespace sayloft

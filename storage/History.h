@@ -3,8 +3,10 @@
 
 #include "storage/KeptFile.h"
 
+#include <QByteArray>
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 namespace sayloft {
@@ -24,6 +26,10 @@ public:
     /// "history.json" in DATA_DIR.
     [[nodiscard]] static QString url();
     [[nodiscard]] static KeptFile file();
+
+    /// None when the text is no JSON array of strings.
+    [[nodiscard]] static std::optional<std::vector<QString>> decode(const QByteArray& json);
+    [[nodiscard]] static QByteArray encode(const std::vector<QString>& items);
 
 private:
     void save() const;

@@ -2,8 +2,6 @@
 // In which order a save reaches the disk, as the kernel saw it.
 #include "storage/tests/SavingProgram.h"
 
-#include <QRegularExpression>
-
 #include <algorithm>
 #include <string>
 #include <vector>
@@ -12,18 +10,14 @@ namespace sayloft {
 namespace {
 
 /// "rename config.json.new config.json.saved", for example; of an opening only what empties a file.
-std::string inShort(const QString& call) {
-    static const QRegularExpression form(QStringLiteral(
-        R"re(^\d+ +(\w+)\((?:AT_FDCWD<[^>]*>, )?(?:\d+<([^>]*)>|"([^"]*)")(?:, "([^"]*)")?)re"));
-    const QRegularExpressionMatch match = form.match(call);
-    QStringList words{match.captured(1)};
-    for (int i = 2; i <= 4; ++i) {
-        if (const QString path = match.captured(i); path.startsWith(QLatin1Char('/')))
-            words.append(path.section(QLatin1Char('/'), -1));
-    }
+std::string inShort(const test::TracedCall& call) {
+    QStringList words{call.name};
+    for (const QString& path : call.paths())
+        words.append(path.section(QLatin1Char('/'), -1));
     if (words.front() == QStringLiteral("openat"))
-        words.front() = call.contains(QStringLiteral("O_TRUNC")) ? QStringLiteral("empty")
-                                                                 : QStringLiteral("open");
+        words.front() = call.arguments.at(1).word.contains(QStringLiteral("O_TRUNC"))
+                            ? QStringLiteral("empty")
+                            : QStringLiteral("open");
     return words.join(QLatin1Char(' ')).toStdString();
 }
 
@@ -32,9 +26,9 @@ protected:
     ASave() { renewState(); }
 
     void traceIt() {
-        save(transcriptsBefore + 1, strace({QStringLiteral("-y"), QStringLiteral("-e"),
-                                            QStringLiteral("trace=openat,write,rename,fsync")}));
-        for (const QString& call : QString::fromUtf8(trace()).split(QLatin1Char('\n')))
+        for (const test::TracedCall& call :
+             traceSaves(transcriptsBefore + 1, transcriptsBefore + 1,
+                        {QStringLiteral("-e"), QStringLiteral("trace=openat,write,rename,fsync")}))
             m_calls.push_back(inShort(call));
     }
 
@@ -77,7 +71,7 @@ TEST_P(ASaveOf, bringsTheCopyToTheDiskBeforeThatReplacesTheOlderOne) {
 }
 
 TEST_P(ASaveOf, bringsTheVeryFirstCopyToTheDiskBeforeItTouchesTheFile) {
-    removeCopies();
+    test::removeCopies();
     traceIt();
     const std::string& file = GetParam();
     expectOrder({"write " + file + ".new.part", "rename " + file + ".new.part " + file + ".new",
