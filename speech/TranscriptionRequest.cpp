@@ -40,15 +40,17 @@ struct Answer {
 
 // Both tell by their result how much they have taken; anything but all of it ends the transfer.
 std::size_t takeLine(char* bytes, std::size_t size, std::size_t count, void* answer) {
-    const QByteArrayView line(bytes, static_cast<qsizetype>(size * count));
+    const std::size_t length = size * count;
+    const QByteArrayView line(bytes, static_cast<qsizetype>(length));
     static_cast<Answer*>(answer)->hasWholeHead = line.trimmed().isEmpty();
-    return size * count;
+    return length;
 }
 
 std::size_t takeBody(char* bytes, std::size_t size, std::size_t count, void* answer) {
+    const std::size_t length = size * count;
     QByteArray& body = static_cast<Answer*>(answer)->body;
-    body.append(bytes, static_cast<qsizetype>(size * count));
-    return body.size() <= largestAnswer ? size * count : 0;
+    body.append(bytes, static_cast<qsizetype>(length));
+    return body.size() <= largestAnswer ? length : 0;
 }
 
 /// Whether the transfer of `multi` has come to a good end; it is given up when `stop` is requested.
