@@ -101,7 +101,7 @@ private:
         const Texts before = UncertainDisk(path()).now();
         for (int attempt = 1; attempt <= 10; ++attempt) {
             put(before);
-            const auto calls = traceSaves(first, last, changes() + options);
+            auto calls = traceSaves(first, last, changes() + options);
             if (!test::isOrderInDoubt(calls))
                 return calls;
         }
