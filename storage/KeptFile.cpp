@@ -47,6 +47,10 @@ void synchronise(const QString& path) {
     ::close(descriptor);
 }
 
+void synchroniseLater(const QString& path) {
+    disk().thread.start([path] { synchronise(path); });
+}
+
 bool isStillAt(const QString& path, int descriptor) {
     struct stat there {};
     struct stat open {};
@@ -93,7 +97,11 @@ bool KeptFile::write(const QByteArray& text) const {
     if (copied == Copied::yes && QFileInfo::exists(m_path) && !QFileInfo::exists(savedCopy()))
         saveNewCopy();
     const bool isWritten = writeWholeFile(m_path, text);
-    saveNewCopyLater();
+    // Otherwise a new copy is an older one, damaged perhaps, and worth less than the saved one.
+    if (copied == Copied::yes)
+        saveNewCopyLater();
+    else
+        synchroniseLater(m_path);
     return isWritten;
 }
 
@@ -243,7 +251,7 @@ std::optional<QString> KeptFile::writeAside(const QByteArray& text, const QStrin
         return std::nullopt;
     }
     // Before the next copy, which may replace the only other one.
-    disk().thread.start([path = place.path] { synchronise(path); });
+    synchroniseLater(place.path);
     return place.path;
 }
 

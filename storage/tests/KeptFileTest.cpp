@@ -73,11 +73,31 @@ TEST_F(AKeptFile, isReadFromItsCopyWhereverAHoleIsInIt) {
     }
 }
 
+// As a power cut has left it, and nothing better can be put in its place.
+TEST_F(AKeptFile, keepsItsSavedCopyWhereTheNewOneIsDamaged) {
+    test::writeFile(Config::url(), m_text.chopped(9));
+    test::writeFile(beside(".new"), QByteArray(m_text.size(), '\0'));
+    QDir().mkpath(beside(".new.part"));
+    EXPECT_EQ(start(), m_config);
+    KeptFile::waitForDisk(10s);
+    EXPECT_EQ(test::readFile(beside(".saved")), m_text);
+}
+
 TEST_F(AKeptFile, ofTheHistoryIsReadFromItsCopyWhereverItIsCutOff) {
     const QByteArray text = test::readFile(History::url());
     for (qsizetype length = 0; length < text.size(); ++length) {
         test::writeFile(History::url(), text.first(length));
         ASSERT_EQ(History().items(), m_history.items()) << length;
+    }
+}
+
+TEST_F(AKeptFile, ofTheHistoryIsReadFromItsCopyWhereverAHoleIsInIt) {
+    const QByteArray text = test::readFile(History::url());
+    for (qsizetype hole = 0; hole < text.size(); ++hole) {
+        QByteArray holed = text;
+        holed[hole] = '\0';
+        test::writeFile(History::url(), holed);
+        ASSERT_EQ(History().items(), m_history.items()) << hole;
     }
 }
 

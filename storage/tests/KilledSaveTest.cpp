@@ -75,6 +75,7 @@ TEST_F(AKilledSave, costsNeitherTheSettingsNorTheHistory) {
         ASSERT_TRUE(isOldOrNew(historyRead(), number)) << "round " << round;
         // As the next start of the program does.
         mendStoredFiles();
+        ASSERT_TRUE(isOldOrNew(settingsRead(), number)) << "round " << round;
         ASSERT_TRUE(isOldOrNew(historyRead(), number)) << "round " << round;
         number = historyRead() + 1;
     }
