@@ -47,8 +47,9 @@ void ResumeNote::save(const QString& path) const {
         note["sha256"] = toJson(QString::fromUtf8(sha256));
     // Whenever the program or the machine is cut short, the old note or the new one is there.
     QSaveFile file(path);
+    // WORKAROUND: commit() of Qt 6.4 does not see that the disk is full, and moves an empty file.
     if (file.open(QIODevice::WriteOnly) && file.setPermissions(ownersAlone) &&
-        file.write(writeJson(note)) >= 0)
+        file.write(writeJson(note)) >= 0 && file.flush())
         static_cast<void>(file.commit());
 }
 

@@ -2,6 +2,7 @@
 #include "models/ResumeNote.h"
 
 #include "storage/WholeFile.h"
+#include "tests/support/OwnNamespaces.h"
 
 #include <QTemporaryDir>
 
@@ -18,6 +19,24 @@ TEST(ResumeNote, withASizeThatNoFileHasSaysNothingOfTheSize) {
     const auto note = ResumeNote::load(path);
     ASSERT_TRUE(note);
     EXPECT_EQ(note->size, std::nullopt);
+}
+
+TEST(ResumeNote, isTheOldOneWhereThereIsNoRoomForANewOne) {
+    const QTemporaryDir folder;
+    test::SmallDisk disk(folder.path(), "size=1m");
+    const QString path = folder.filePath(QStringLiteral("note.json"));
+    const auto note = [](const char* etag) {
+        return ResumeNote{.url = QUrl(QStringLiteral("https://models.example/a")),
+                          .etag = etag,
+                          .size = std::nullopt,
+                          .sha256 = {}};
+    };
+    note("\"old\"").save(path);
+    disk.fill();
+    note("\"new\"").save(path);
+    const auto saved = ResumeNote::load(path);
+    ASSERT_TRUE(saved);
+    EXPECT_EQ(saved->etag, "\"old\"");
 }
 
 }  // namespace

@@ -131,7 +131,9 @@ std::optional<QString> LoginItemXdg::write(const QByteArray& entry) const {
     if (error)
         return QString::fromLocal8Bit(error.message().c_str());
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly) && file.write(entry) == entry.size() && file.commit())
+    // WORKAROUND: commit() of Qt 6.4 does not see that the disk is full, and moves an empty file.
+    if (file.open(QIODevice::WriteOnly) && file.write(entry) == entry.size() && file.flush() &&
+        file.commit())
         return std::nullopt;
     return file.errorString();
 }

@@ -131,13 +131,17 @@ void DictationDesk::launch(const QString& bundle) {
 }
 
 void DictationDesk::launchProgram(const QString& bundle) {
+    m_sayloft.reset();
+    m_sayloft = std::make_unique<SayloftProgram>(home(), environment(), bundle, m_runBy);
+}
+
+QProcessEnvironment DictationDesk::environment() const {
     QProcessEnvironment environment = m_display.environment();
     m_bus.addTo(environment);
     m_room.addTo(environment);
     environment.insert(m_extraEnvironment);
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_directory.path());
-    m_sayloft.reset();
-    m_sayloft = std::make_unique<SayloftProgram>(home(), environment, bundle, m_runBy);
+    return environment;
 }
 
 const QString& DictationDesk::bundleWithHelper(const QByteArray& behaviour) {

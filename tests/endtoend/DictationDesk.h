@@ -35,6 +35,9 @@ public:
     /// For the program only; before it is started.
     void setEnvironment(const QString& name, const QString& value);
 
+    /// What it is started with.
+    [[nodiscard]] QProcessEnvironment environment() const;
+
     /// As if this were the network.
     void connectTo(const ModelHost& host) { host.addTo(m_extraEnvironment); }
 

@@ -137,6 +137,23 @@ TEST_F(ASettingOnAFullDisk, isSavedAtTheEndWhereThereIsRoomByThen) {
     EXPECT_TRUE(isSaved()) << settings().toStdString();
 }
 
+class AStartAtLoginOnAFullDisk : public DiskTrouble {
+protected:
+    const SettingsSwitch m_settings{m_desk};
+};
+
+TEST_F(AStartAtLoginOnAFullDisk, isNotPromised) {
+    const QString folder = m_desk.home() + QStringLiteral("/.config/autostart");
+    m_disk.emplace(folder, "size=1m");
+    m_disk->fill();
+    m_desk.startSayloft({RawAnswer::ok("words")});
+    m_settings.open();
+    m_settings.press(SettingsSwitch::login);
+    EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("login item toggle failed: ")));
+    EXPECT_TRUE(waitUntil([this] { return !m_settings.isOn(SettingsSwitch::login); }));
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files), QStringList{QStringLiteral("filler")});
+}
+
 TEST_F(DiskTrouble, thatTheDiskIsReadOnlyIsToldUntilItIsNot) {
     startOnSmallDisk();
     m_disk->makeReadOnly();
@@ -157,10 +174,7 @@ TEST_F(DiskTrouble, ofAReadOnlyHomeIsToldAtTheStart) {
     m_disk.emplace(m_desk.home(), "size=2m");
     writeConfig(m_desk.home(), R"({"model":"starter"})");
     m_disk->makeReadOnly();
-    QProcessEnvironment environment = m_desk.display().environment();
-    m_desk.bus().addTo(environment);
-    m_desk.room().addTo(environment);
-    const SayloftProgram sayloft(m_desk.home(), environment);
+    const SayloftProgram sayloft(m_desk.home(), m_desk.environment());
     EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("~/.sayloft not writable")));
     EXPECT_TRUE(m_messages.hears("Sayloft cannot write to its folder"));
 }
@@ -168,10 +182,7 @@ TEST_F(DiskTrouble, ofAReadOnlyHomeIsToldAtTheStart) {
 class UnreadableSettings : public DiskTrouble {
 protected:
     void expectTold(const QString& inTheLog) {
-        QProcessEnvironment environment = m_desk.display().environment();
-        m_desk.bus().addTo(environment);
-        m_desk.room().addTo(environment);
-        const SayloftProgram sayloft(m_desk.home(), environment);
+        const SayloftProgram sayloft(m_desk.home(), m_desk.environment());
         EXPECT_TRUE(sayloft.waitForLog(inTheLog)) << sayloft.log().toStdString();
         EXPECT_TRUE(m_messages.hears("Sayloft cannot read its settings"));
         EXPECT_TRUE(m_client.property(QStringLiteral("ToolTip"))
