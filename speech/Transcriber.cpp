@@ -65,8 +65,7 @@ std::optional<QString> Transcriber::transcribe(const QString& wavPath,
 
 std::optional<QString> Transcriber::post(const TranscriptionRequest& request,
                                          const std::stop_token& stop) const {
-    // Last of all: half an hour of sound takes a while to be made ready, and meanwhile the port may
-    // become somebody else's.
+    // Last of all: between two attempts the port may become somebody else's.
     if (m_mayPost && !m_mayPost())
         return std::nullopt;
     const auto answer = request.post(m_schedule.timeout, stop);

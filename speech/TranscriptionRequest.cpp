@@ -42,7 +42,11 @@ struct Answer {
 std::size_t takeLine(char* bytes, std::size_t size, std::size_t count, void* answer) {
     const std::size_t length = size * count;
     const QByteArrayView line(bytes, static_cast<qsizetype>(length));
-    static_cast<Answer*>(answer)->hasWholeHead = line.trimmed().isEmpty();
+    // Lines may come after the body as well, without an empty one.
+    if (line.startsWith("HTTP/"))
+        static_cast<Answer*>(answer)->hasWholeHead = false;
+    else if (line.trimmed().isEmpty())
+        static_cast<Answer*>(answer)->hasWholeHead = true;
     return length;
 }
 
@@ -61,6 +65,8 @@ bool run(CURLM* multi, const std::stop_token& stop) {
         int left = 0;
         if (const CURLMsg* message = curl_multi_info_read(multi, &left))
             return message->data.result == CURLE_OK;
+        if (running == 0)
+            return false;
         // It ends at the transfer's own timeout, too.
         constexpr int longestWaitMs = 1000;
         curl_multi_poll(multi, nullptr, 0, longestWaitMs, nullptr);

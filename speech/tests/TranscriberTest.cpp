@@ -205,6 +205,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadAnswerRow{"endsInTheStatusLine", RawAnswer{.bytes = "HTTP/1.1 200"}},
         BadAnswerRow{"endsInTheHead", RawAnswer{.bytes = "HTTP/1.1 200 OK\r\nX: some"}},
         BadAnswerRow{"endsAfterALineOfTheHead", RawAnswer{.bytes = "HTTP/1.1 200 OK\r\nX: y\r\n"}},
+        BadAnswerRow{"endsInTheHeadAfterTheServerSaidThatItGoesOn",
+                     RawAnswer{.bytes = "HTTP/1.1 100 Continue\r\n\r\n"
+                                        "HTTP/1.1 200 OK\r\nX: y\r\n"}},
         BadAnswerRow{"notHttp", RawAnswer{.bytes = "hello there\r\n\r\n"}},
         BadAnswerRow{"hangs", RawAnswer::hang()},
         BadAnswerRow{"hangsMidAnswer",
@@ -214,6 +217,33 @@ INSTANTIATE_TEST_SUITE_P(
                      RawAnswer{.bytes = "HTTP/1.1 200 OK\r\nContent-Length: 900\r\n\r\n" +
                                         QByteArray(900, 'a'),
                                .trickleMs = 20}}),
+    [](const auto& row) { return row.param.name; });
+
+struct GoodAnswerRow {
+    const char* name;
+    QByteArray bytes;
+};
+
+class GoodAnswer : public Transcription, public testing::WithParamInterface<GoodAnswerRow> {};
+
+TEST_P(GoodAnswer, isTheTranscript) {
+    RawHttpServer server({RawAnswer{.bytes = GetParam().bytes}});
+    EXPECT_EQ(tryOnce(server), QStringLiteral("hello"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, GoodAnswer,
+    testing::Values(GoodAnswerRow{"ofALength", "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello"},
+                    GoodAnswerRow{"toTheEndOfTheConnection", "HTTP/1.1 200 OK\r\n\r\nhello"},
+                    GoodAnswerRow{"inChunks",
+                                  "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                                  "2\r\nhe\r\n3\r\nllo\r\n0\r\n\r\n"},
+                    GoodAnswerRow{"inChunksWithALineAfterThem",
+                                  "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"
+                                  "5\r\nhello\r\n0\r\nX: some\r\n\r\n"},
+                    GoodAnswerRow{"afterTheServerSaidThatItGoesOn",
+                                  "HTTP/1.1 100 Continue\r\n\r\n"
+                                  "HTTP/1.1 200 OK\r\nContent-Length: 5\r\n\r\nhello"}),
     [](const auto& row) { return row.param.name; });
 
 struct LongAnswerRow {
