@@ -8,6 +8,7 @@
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QFile>
+#include <QFileInfo>
 
 #include <cerrno>
 #include <chrono>
@@ -29,6 +30,11 @@ QString busName() {
 
 QString objectPath() {
     return QStringLiteral("/org/sayloft/Sayloft");
+}
+
+/// Negative where that cannot be.
+int openFolder(const QString& path) {
+    return ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
 }
 
 /// What is made while this exists is its user's alone. Before other threads make files.
@@ -81,7 +87,10 @@ bool SingleInstance::isOther() {
 
 // That needs no room, and ends with the process.
 bool SingleInstance::lockFolder() {
-    m_folder = ::open(QFile::encodeName(DATA_DIR).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    m_folder = openFolder(DATA_DIR);
+    // In a home that is read-only there may be none.
+    if (m_folder < 0)
+        m_folder = openFolder(QFileInfo(DATA_DIR).path());
     return m_folder < 0 || ::flock(m_folder, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
 }
 

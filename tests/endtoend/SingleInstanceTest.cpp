@@ -202,16 +202,30 @@ TEST_F(OnAFullDisk, aSecondStartLeavesTheHelperOfTheFirstAlone) {
     EXPECT_TRUE(first->program().isRunning());
 }
 
-TEST_F(WithASessionBus, aSecondStartEndsAtOnceInAReadOnlyHome) {
-    test::SmallDisk disk(home(), "size=2m");
+/// Nothing can be written anywhere.
+class InAReadOnlyHome : public WithASessionBus {
+protected:
+    void expectThatASecondStartEnds() {
+        m_disk.makeReadOnly();
+        const test::TrayClient client(m_bus);
+        const auto first = startAnother();
+        ASSERT_NO_THROW(static_cast<void>(client.sayloft()));
+        const auto second = startAnother();
+        EXPECT_TRUE(second->program().waitForEnd(10s));
+        EXPECT_EQ(second->program().exitCode(), 0);
+        EXPECT_TRUE(first->program().isRunning());
+    }
+
+    test::SmallDisk m_disk{home(), "size=2m"};
+};
+
+TEST_F(InAReadOnlyHome, aSecondStartEndsAtOnce) {
     QDir().mkpath(home() + QStringLiteral("/.sayloft"));
-    disk.makeReadOnly();
-    const test::TrayClient client(m_bus);
-    const auto first = startAnother();
-    ASSERT_NO_THROW(static_cast<void>(client.sayloft()));
-    const auto second = startAnother();
-    EXPECT_TRUE(second->program().waitForEnd(10s));
-    EXPECT_TRUE(first->program().isRunning());
+    expectThatASecondStartEnds();
+}
+
+TEST_F(InAReadOnlyHome, aSecondStartEndsAtOnceWhereTheProgramHasNoFolderYet) {
+    expectThatASecondStartEnds();
 }
 
 TEST_F(WithASessionBus, twentyStartsAtOnceLeaveExactlyOne) {
