@@ -13,7 +13,7 @@ as_root=""
 # shellcheck disable=SC2016,SC2086  # expanded inside; a word or none
 exec unshare $as_root --mount --net --pid --fork --mount-proc --kill-child sh -c '
     mount -t tmpfs -o mode=1777 tmpfs /tmp &&
-    mount -t tmpfs tmpfs /var/lib/xkb &&
+    { [ ! -d /var/lib/xkb ] || mount -t tmpfs tmpfs /var/lib/xkb; } &&
     ip link set lo up || exit 125
     "$@"
     exit $?' alone "$@"
