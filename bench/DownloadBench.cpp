@@ -6,6 +6,7 @@
 #include "bench/Result.h"
 #include "tests/support/ChildProgram.h"
 #include "tests/support/Nginx.h"
+#include "tests/support/ProcessFigures.h"
 #include "tests/support/TempHome.h"
 
 #include <QFile>
@@ -34,23 +35,21 @@ struct Row {
     std::vector<double> peakMiB;
 };
 
-long peakKbOf(const QString& pid) {
-    const QByteArray status = test::readFile(QStringLiteral("/proc/%1/status").arg(pid));
-    const qsizetype at = status.indexOf("VmHWM:");
-    return at < 0 ? 0
-                  : status.mid(at + 6, status.indexOf('\n', at) - at - 6)
-                        .simplified()
-                        .split(' ')
-                        .front()
-                        .toLong();
+/// 0 when it has just ended.
+long peakKbOf(qint64 pid) {
+    try {
+        return test::peakKilobytesOf(pid);
+    } catch (const std::runtime_error&) {
+        return 0;
+    }
 }
 
 /// The largest of a program and of those that it has started.
 long peakKbOfAll(qint64 pid) {
     const QString children = QStringLiteral("/proc/%1/task/%1/children").arg(pid);
-    long most = peakKbOf(QString::number(pid));
+    long most = peakKbOf(pid);
     for (const QByteArray& child : test::readFile(children).simplified().split(' '))
-        most = std::max(most, child.isEmpty() ? 0 : peakKbOf(QString::fromUtf8(child)));
+        most = std::max(most, child.isEmpty() ? 0 : peakKbOf(child.toLongLong()));
     return most;
 }
 

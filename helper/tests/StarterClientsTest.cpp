@@ -2,8 +2,8 @@
 #include "helper/tests/HelperBundle.h"
 #include "helper/tests/SampleRequests.h"
 #include "helper/tests/SpeechSamples.h"
+#include "tests/support/ProcessFigures.h"
 #include "tests/support/RawHttp.h"
-#include "tests/support/TempHome.h"
 
 #include <gtest/gtest.h>
 
@@ -13,8 +13,6 @@
 #include <string>
 #include <thread>
 #include <vector>
-
-#include <unistd.h>
 
 namespace sayloft::helper {
 namespace {
@@ -26,13 +24,8 @@ protected:
     QTemporaryDir m_directory;
 };
 
-// Seconds that the server has computed so far, as /proc/<pid>/stat gives them (proc(5)).
 double processorTime(const test::StarterServer& server) {
-    const QByteArray stat =
-        sayloft::test::readFile(QStringLiteral("/proc/%1/stat").arg(server.program().pid()));
-    const QList<QByteArray> fields = stat.mid(stat.lastIndexOf(')') + 2).split(' ');
-    return (fields[11].toDouble() + fields[12].toDouble()) /
-           static_cast<double>(::sysconf(_SC_CLK_TCK));
+    return sayloft::test::processorMillisecondsOf(server.program().pid());
 }
 
 TEST_F(StarterClients, areAnsweredFiftyAtOnceEachWithItsOwnWords) {

@@ -52,7 +52,7 @@ protected:
     /// By the clock that the program looks at, the certificate of the models' host does not count.
     void expectJumpSeen() {
         m_settings.open();
-        m_settings.press(QStringLiteral("Download English only (v2) — best for English"));
+        m_settings.downloadEnglish();
         EXPECT_TRUE(m_desk.sayloft().waitForLog(
             QStringLiteral("download error: SSL certificate problem: ") + GetParam().refusal))
             << m_desk.sayloft().log().toStdString();

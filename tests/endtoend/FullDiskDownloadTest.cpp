@@ -31,15 +31,11 @@ protected:
         m_host.offer();
     }
 
-    void download() {
-        m_settings.press(QStringLiteral("Download English only (v2) — best for English"));
-    }
-
     /// The room ends when a part is there.
     void fillInTheMiddle() {
         m_desk.startSayloft({RawAnswer::ok("words")});
         m_settings.open();
-        download();
+        m_settings.downloadEnglish();
         ASSERT_TRUE(waitUntil([this] { return QFileInfo(part()).size() > 1'200'000; }, 20s))
             << m_desk.sayloft().log().toStdString();
         m_disk.fill();
@@ -83,7 +79,7 @@ TEST_F(ADownloadToAFullDisk, isCompleteAtTheNextTryThatFindsRoom) {
     m_disk.makeRoom();
     // The model of a download that has failed is the chosen one, which has no button.
     m_settings.press(QStringLiteral("Use Starter — English, offline, lower accuracy"));
-    download();
+    m_settings.downloadEnglish();
     ASSERT_TRUE(logged(QStringLiteral("model download english: ok")))
         << m_desk.sayloft().log().toStdString();
     EXPECT_EQ(readFile(file()), m_host.content());
@@ -93,7 +89,7 @@ TEST_F(ADownloadToAFullDisk, thatHasTooLittleRoomFromTheStartIsNotBegun) {
     m_desk.startSayloft({RawAnswer::ok("words")});
     m_disk.fill();
     m_settings.open();
-    download();
+    m_settings.downloadEnglish();
     ASSERT_TRUE(logged(QStringLiteral("model download english: FAILED")));
     EXPECT_TRUE(m_desk.sayloft().log().contains(
         QStringLiteral("not enough disk space: 3000000 bytes are needed and 0 are free")))

@@ -125,7 +125,7 @@ protected:
     }
 
     void download() {
-        m_settings.press(QStringLiteral("Download English only (v2) — best for English"));
+        m_settings.downloadEnglish();
         EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("model download english: ok"), 60s));
     }
 

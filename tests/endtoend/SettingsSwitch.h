@@ -33,6 +33,10 @@ public:
         m_windows.waitUntilGone(window);
     }
     void press(const QString& title) const { m_windows.press(window, title); }
+    /// Of a host that a test has offered it from.
+    void downloadEnglish() const {
+        press(QStringLiteral("Download English only (v2) — best for English"));
+    }
     [[nodiscard]] bool isOn(const QString& title) const {
         return m_windows.control(window, title).is(AccessibleObject::State::checked);
     }

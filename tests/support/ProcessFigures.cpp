@@ -48,6 +48,10 @@ long filledKilobytesOf(qint64 pid) {
     return numberIn(status, "RssAnon") + numberIn(status, "RssShmem");
 }
 
+long peakKilobytesOf(qint64 pid) {
+    return numberIn(QStringLiteral("/proc/%1/status").arg(pid), "VmHWM");
+}
+
 int threadsOf(qint64 pid) {
     return static_cast<int>(numberIn(QStringLiteral("/proc/%1/status").arg(pid), "Threads"));
 }

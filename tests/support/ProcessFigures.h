@@ -29,6 +29,9 @@ struct ThreadSwitches {
 /// starts or ends with the same libraries does not change it.
 [[nodiscard]] long filledKilobytesOf(qint64 pid);
 
+/// The most that the process ever had in memory.
+[[nodiscard]] long peakKilobytesOf(qint64 pid);
+
 [[nodiscard]] int threadsOf(qint64 pid);
 [[nodiscard]] int openFilesOf(qint64 pid);
 
