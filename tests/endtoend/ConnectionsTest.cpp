@@ -107,9 +107,9 @@ protected:
     }
 
     [[nodiscard]] QString soundSocket() {
-        QProcessEnvironment environment;
-        m_desk.room().addTo(environment);
-        return environment.value(QStringLiteral("PULSE_SERVER")).section(QLatin1Char(':'), 1);
+        return m_desk.environment()
+            .value(QStringLiteral("PULSE_SERVER"))
+            .section(QLatin1Char(':'), 1);
     }
 
     [[nodiscard]] qsizetype windows() const {
@@ -146,10 +146,39 @@ protected:
         EXPECT_TRUE(waitUntil([this] { return m_feed.requests().size() == 1; }, 20s));
     }
 
+    void addChord(const SettingsSwitch& settings) {
+        settings.press(QStringLiteral("Add combo to Dictate"));
+        static_cast<void>(settings.windows().control(SettingsSwitch::window,
+                                                     QStringLiteral("Press a combo for Dictate")));
+        m_desk.keyboard().tapWith(TestKeyboard::controlLeft, TestKeyboard::altLeft);
+        waitForSetting(R"("dictateChords":[12,3])");
+    }
+
+    void chooseHeadset(const SettingsSwitch& settings) {
+        settings.windows()
+            .control(SettingsSwitch::window, QStringLiteral("Input device"))
+            .act(QStringLiteral("ShowMenu"));
+        m_desk.keyboard().type(QStringLiteral("head\n"));
+        waitForSetting(R"("inputDeviceUID":"headset")");
+    }
+
+    void waitForSetting(const QByteArray& member) {
+        const QString file = m_desk.dataFile(QStringLiteral("config.json"));
+        EXPECT_TRUE(waitUntil([&] { return readFile(file).contains(member); }, 20s))
+            << readFile(file).toStdString();
+    }
+
     void download(const SettingsSwitch& settings) {
         m_host.offer();
-        settings.press(QStringLiteral("Download English only (v2) — best for English"));
+        settings.downloadEnglish();
         EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("model download english: ok"), 60s));
+    }
+
+    /// What was downloaded is in use, and is no model.
+    void dictateInVain() {
+        waitForSetting(R"("model":"english")");
+        m_desk.say();
+        EXPECT_TRUE(m_desk.sayloft().waitForLog(QStringLiteral("TRANSCRIBE FAILED"), 60s));
     }
 
     void quit(SayloftProgram& sayloft) {
@@ -168,6 +197,8 @@ protected:
 TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
     leaveOnlyOwnHelp();
     m_desk.connectTo(m_host);
+    m_desk.room().addMicrophone(QStringLiteral("headset"), {{QStringLiteral("device.description"),
+                                                             QStringLiteral("Headset")}});
     const SettingsSwitch settings(m_desk);
     writeFile(m_desk.dataFile(QStringLiteral("history.json")), R"(["older words"])");
     m_desk.startSayloftFrom(m_bundle);
@@ -176,12 +207,15 @@ TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
     m_client.click(QStringLiteral("older words"));
     settings.open();
     settings.press(SettingsSwitch::login);
+    addChord(settings);
+    chooseHeadset(settings);
     openFromSettings(settings, "Edit dictionary…", "Dictionary");
     openFromSettings(settings, "Open Settings: Accessibility", "Sayloft: keyboard and microphone");
     settings.press(QStringLiteral("Open Settings: Microphone"));
     closeMixer();
     lookForUpdates();
     download(settings);
+    dictateInVain();
     quit(m_desk.sayloft());
     for (const std::string& place : reached())
         std::printf("connected to: %s\n", place.c_str());
@@ -198,10 +232,7 @@ TEST_F(TheProgramAndItsChildren, talkToNobodyBeyondThisMachine) {
 
 // It downloads its model, and the name of where that lies is all that it asks for.
 TEST_F(TheProgramAndItsChildren, lookOnlyForTheHostOfTheModelsAtAFirstStart) {
-    QProcessEnvironment environment = m_desk.display().environment();
-    m_desk.bus().addTo(environment);
-    m_desk.room().addTo(environment);
-    SayloftProgram sayloft(m_desk.home(), environment, QStringLiteral(SAYLOFT_BUNDLE_DIR),
+    SayloftProgram sayloft(m_desk.home(), m_desk.environment(), QStringLiteral(SAYLOFT_BUNDLE_DIR),
                            m_traced);
     EXPECT_TRUE(waitUntil([this] { return windows() > 0; }, 20s));
     EXPECT_TRUE(sayloft.waitForLog(QStringLiteral("download error")));

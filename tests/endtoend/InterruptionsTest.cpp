@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What happens around a dictation while it is under way: services that die, a clock that jumps, a
-// computer that sleeps.
+// What happens around a dictation while it is under way: services that die, a computer that sleeps.
 #include "tests/endtoend/Dictation.h"
 #include "tests/support/TrayClient.h"
 #include "tests/support/WaitUntil.h"
@@ -99,6 +98,17 @@ TEST_F(Interruptions, ofTheMicrophoneStandInTheTooltipUntilThereIsOneAgain) {
     EXPECT_TRUE(tray.tooltipSays(noMicrophone));
     m_desk.room().addMicrophone(QStringLiteral("usb"), {});
     EXPECT_TRUE(tray.tooltipStopsSaying(noMicrophone));
+}
+
+TEST_F(Interruptions, ofTheSessionBusWhileTheChordIsHeldLoseNothing) {
+    m_desk.startSayloft({RawAnswer::ok("First"), RawAnswer::ok("Second")});
+    m_desk.hold();
+    m_desk.bus().kill();
+    m_desk.room().play(m_desk.soundFile());
+    m_desk.letGo();
+    ASSERT_TRUE(m_desk.waitForTranscripts(1));
+    expectSoundIn(m_desk.recordings().front());
+    expectSecondOneWorks();
 }
 
 TEST_F(Interruptions, ofTheSoundServerThatGoesOnLaterDoNotBlockTheProgram) {

@@ -178,9 +178,9 @@ class PasteInto : public PasteFixture, public testing::TestWithParam<Target> {};
 TEST_P(PasteInto, anApplicationThatIsFrozenMeanwhileStillBringsTheWords) {
     TargetApplication application(GetParam(), m_server);
     application.program().signal(SIGSTOP);
-    QTimer::singleShot(700ms, [&] { application.program().signal(SIGCONT); });
+    QTimer::singleShot(1500ms, [&] { application.program().signal(SIGCONT); });
     m_paster.paste(QStringLiteral("the words"), {});
-    test::turnEventLoopFor(700ms);
+    test::turnEventLoopFor(1500ms);
     EXPECT_EQ(application.textOnce(QStringLiteral("the words")), QStringLiteral("the words"));
     EXPECT_TRUE(clipboardComesBack());
 }

@@ -39,10 +39,11 @@ protected:
         return *m_room;
     }
 
-    void startSayloft(const QByteArray& configuration) {
+    void startSayloft(const QByteArray& configuration,
+                      const QString& bundle = QStringLiteral(SAYLOFT_BUNDLE_DIR)) {
         const QString home = m_directory.filePath(QStringLiteral("home"));
         test::writeConfig(home, configuration);
-        m_sayloft = std::make_unique<test::SayloftProgram>(home, m_environment);
+        m_sayloft = std::make_unique<test::SayloftProgram>(home, m_environment, bundle);
         ASSERT_TRUE(m_sayloft->waitForLog(QStringLiteral("event tap installed OK")));
     }
 
@@ -65,6 +66,13 @@ TEST_F(Trouble, ofAMissingModelIsToldOnceAndStandsInTheTooltip) {
     EXPECT_TRUE(m_messages.hears("The speech model is missing"));
     EXPECT_TRUE(test::waitUntil([this] { return m_daemon.shows(); }));
     EXPECT_EQ(m_messages.count("The speech model is missing"), 1);
+}
+
+TEST_F(Trouble, ofAMissingHelperIsToldAndStandsInTheTooltip) {
+    openRoom();
+    startSayloft(R"({"model":"starter"})", test::bundleWithoutHelper(m_directory.path()));
+    EXPECT_TRUE(m_client.tooltipSays(QStringLiteral("speech helper missing")));
+    EXPECT_TRUE(m_messages.hears("Sayloft's speech helper is missing"));
 }
 
 TEST_F(Trouble, ofAHelperThatDiesStandsInTheTooltip) {

@@ -5,6 +5,7 @@
 #include "tests/support/WaitUntil.h"
 
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTcpSocket>
 
@@ -15,6 +16,16 @@
 #include <sys/types.h>
 
 namespace sayloft::test {
+namespace {
+
+QString copyOfBundle(const QString& directory) {
+    QString bundle = directory + QStringLiteral("/Sayloft.app");
+    QDir().mkpath(directory);
+    run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
+    return bundle;
+}
+
+}  // namespace
 
 SayloftProgram::SayloftProgram(const QString& home, QProcessEnvironment environment,
                                const QString& bundle, QStringList runBy)
@@ -58,11 +69,16 @@ bool SayloftProgram::waitForHelper() const {
 }
 
 QString bundleWith(const QString& program, const QString& place, const QString& directory) {
-    QString bundle = directory + QStringLiteral("/Sayloft.app");
-    QDir().mkpath(directory);
-    run(QStringLiteral("cp"), {QStringLiteral("-r"), QStringLiteral(SAYLOFT_BUNDLE_DIR), bundle});
+    QString bundle = copyOfBundle(directory);
     run(QStringLiteral("cp"), {QStringLiteral("--remove-destination"), program,
                                bundle + QStringLiteral("/Contents/") + place});
+    return bundle;
+}
+
+QString bundleWithoutHelper(const QString& directory) {
+    QString bundle = copyOfBundle(directory);
+    if (!QFile::remove(bundle + QStringLiteral("/Contents/Helpers/parakeet-server")))
+        throw std::runtime_error("the speech helper cannot be removed");
     return bundle;
 }
 

@@ -46,7 +46,10 @@ private:
 [[nodiscard]] QString bundleWith(const QString& program, const QString& place,
                                  const QString& directory);
 
-/// The same with the stand-in for the speech helper.
+/// The same without a speech helper.
+[[nodiscard]] QString bundleWithoutHelper(const QString& directory);
+
+/// The same with the stand-in for it.
 [[nodiscard]] QString bundleWithForeignHelper(const QString& directory);
 
 /// Process ids of all speech helpers, whoever started them, one to a line.

@@ -5,6 +5,8 @@
 
 #include <QFile>
 
+#include <stdexcept>
+
 namespace sayloft::test {
 
 QStringList strace(const QString& file, const QStringList& options) {
@@ -18,10 +20,13 @@ QStringList strace(const QString& file, const QStringList& options) {
 }
 
 int tracedBy(qint64 strace) {
-    return run(QStringLiteral("pgrep"),
-               {QStringLiteral("-o"), QStringLiteral("-P"), QString::number(strace)})
-        .trimmed()
-        .toInt();
+    const int process = run(QStringLiteral("pgrep"),
+                            {QStringLiteral("-o"), QStringLiteral("-P"), QString::number(strace)})
+                            .trimmed()
+                            .toInt();
+    if (process <= 0)
+        throw std::runtime_error("strace runs no program");
+    return process;
 }
 
 bool hasEnded(int process) {
