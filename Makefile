@@ -35,14 +35,15 @@ check:
 	$(MAKE) check-fuzz
 	$(MAKE) endurance
 
-# The whole suite under AddressSanitizer, LeakSanitizer and UndefinedBehaviorSanitizer.
+# All but the long runs under AddressSanitizer, LeakSanitizer and UndefinedBehaviorSanitizer: 25 minutes
+# on two cores.
 check-asan: all-packages
 	@test -e build-asan/build.ninja || cmake --preset asan
 	cmake --build --preset asan
 	scripts/sanitized-tests.sh build-asan --label-exclude long
 
 # The parts with threads under ThreadSanitizer, and with an event loop of Qt's own: nobody sees the
-# locks of GLib's.
+# locks of GLib's. Ten minutes.
 check-tsan: all-packages
 	@test -e build-tsan/build.ninja || cmake --preset tsan
 	cmake --build --preset tsan
