@@ -22,7 +22,7 @@ run: build
 test: all-packages everything
 	ctest --test-dir $(BUILD) --output-on-failure --parallel 5 --no-tests=error --label-exclude long
 
-# Half an hour of holding, a thousand dictations and the like: an hour.
+# Half an hour of holding, a thousand dictations and the like: three quarters of an hour.
 endurance: all-packages everything
 	ctest --test-dir $(BUILD) --verbose --no-tests=error --label-regex long
 
