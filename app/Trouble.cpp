@@ -20,8 +20,8 @@ TroubleText troubleText(Trouble trouble) {
         case Trouble::modelMissing:
             return {QStringLiteral("speech model missing"),
                     QStringLiteral("The speech model is missing"),
-                    QStringLiteral("Nothing can be recognised without it. Download it, or choose "
-                                   "another model, in Sayloft's settings."),
+                    QStringLiteral("Nothing can be recognised without it. Download it in the "
+                                   "first window, or choose another model in Sayloft's settings."),
                     QStringLiteral("Settings")};
         case Trouble::portTaken:
             return {QStringLiteral("port 8090 taken"),
@@ -74,10 +74,9 @@ TroubleText troubleText(Trouble trouble) {
                 QStringLiteral("Sayloft cannot read its settings"),
                 QStringLiteral("The defaults, or what was saved last, count instead of "
                                "~/.sayloft/config.json, which is damaged or out of reach. "
-                               "~/.sayloft/sayloft.log tells more; a "
-                               "damaged text is kept in config.json.broken, what was saved before "
-                               "it in config.json.last-good. Put it right, then start Sayloft "
-                               "anew.")};
+                               "~/.sayloft/sayloft.log tells more, and where a damaged text and "
+                               "what was saved before it are kept. Put it right, then start "
+                               "Sayloft anew.")};
         case Trouble::noTrayHost:
             return {QStringLiteral("no place for the icon"),
                     QStringLiteral("Sayloft runs, but its icon has no place"),

@@ -116,8 +116,7 @@ KeptFile::Source KeptFile::mend() const {
             refreshCopy(*content.text);
             break;
         case Source::copy:
-            finishSave(*content.text);
-            break;
+            return finishSave(*content.text);
         case Source::broken:
             keepBroken(*content.text);
             keepLastGood();
@@ -206,18 +205,20 @@ void KeptFile::refreshCopy(const QByteArray& text) const {
         saveNewCopyLater();
 }
 
-void KeptFile::finishSave(const QByteArray& text) const {
+KeptFile::Source KeptFile::finishSave(const QByteArray& text) const {
     const QByteArray there = readWholeFile(m_path).value_or(QByteArray());
     log((isCutOffJson(there) ? QStringLiteral("is cut off") : QStringLiteral("is damaged")) +
         QStringLiteral(": read from its copy"));
-    // Not only the beginning of what was to be saved: somebody has lost its end while changing it.
-    if (!text.startsWith(there)) {
-        const auto kept = writeAside(there, brokenText());
-        log(QStringLiteral("was changed: that text ") + fate(kept));
-        if (!kept)
-            return;
+    if (text.startsWith(there)) {
+        write(text);
+        return Source::copy;
     }
-    write(text);
+    // Not only the beginning of what was to be saved: somebody has lost its end while changing it.
+    const auto kept = writeAside(there, brokenText());
+    log(QStringLiteral("was changed: that text ") + fate(kept));
+    if (kept)
+        write(text);
+    return Source::broken;
 }
 
 // Written, so that the file stays where the user looks for it, or moved, which takes no room.

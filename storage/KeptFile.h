@@ -54,7 +54,8 @@ public:
 
     /// Once, before the first read and write: finishes a save that a crash has cut off, keeps a
     /// broken text as "<path>.broken" and what was saved before it as "<path>.last-good", sees to
-    /// it that there is a copy, and logs what is not as it should be.
+    /// it that there is a copy, and logs what is not as it should be. `Source::broken` also where
+    /// what somebody has changed is cut off, and the copy counts.
     Source mend() const;
 
     /// Waits until all that was saved is on the disk, but no longer than `deadline`.
@@ -75,7 +76,7 @@ private:
     void saveNewCopy() const;
     void saveNewCopyLater() const;
     void refreshCopy(const QByteArray& text) const;
-    void finishSave(const QByteArray& text) const;
+    Source finishSave(const QByteArray& text) const;
     void keepBroken(const QByteArray& text) const;
     void keepLastGood() const;
     /// Both return the path where the text is, in place of nothing else.

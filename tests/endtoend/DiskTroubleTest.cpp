@@ -206,6 +206,13 @@ TEST_F(UnreadableSettings, areToldWhereTheyMayNotBeRead) {
     expectTold(QStringLiteral("config.json cannot be read\n"));
 }
 
+TEST_F(UnreadableSettings, areToldWhereTheyLostTheirEndWhenTheyWereChanged) {
+    writeConfig(m_desk.home(), R"({"playSounds":true,"model":"multi)");
+    writeFile(m_config + QStringLiteral(".saved"), R"({"model":"multilingual"})");
+    expectTold(
+        QStringLiteral("config.json was changed: that text is kept in config.json.broken\n"));
+}
+
 TEST_F(UnreadableSettings, areToldAndKeptWhereTheyAreNoSettings) {
     writeConfig(m_desk.home(), "model = starter");
     expectTold(
