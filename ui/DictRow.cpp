@@ -4,6 +4,7 @@
 #include "ui/GlyphText.h"
 #include "ui/TextLabel.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
@@ -20,12 +21,32 @@ public:
         setMaxLength(std::numeric_limits<int>::max());
         setPlaceholderText(placeholder);
         setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+        followTextColour();
     }
 
     [[nodiscard]] QSize sizeHint() const override {
         return {widthForFont(150), QLineEdit::sizeHint().height()};
     }
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void changeEvent(QEvent* event) override {
+        QLineEdit::changeEvent(event);
+        if (event->type() == QEvent::PaletteChange)
+            followTextColour();
+    }
+
+private:
+    // WORKAROUND: the dark colours that Qt 6.4 reads of KDE leave this one black.
+    void followTextColour() {
+        QColor colour = palette().color(QPalette::Text);
+        colour.setAlpha(128);
+        if (palette().color(QPalette::PlaceholderText) == colour)
+            return;
+        QPalette own;
+        own.setColor(QPalette::PlaceholderText, colour);
+        setPalette(own);
+    }
 };
 
 /// A button for one sign, which styles would make as wide as for a word.

@@ -6,6 +6,7 @@
 #include "ui/tests/KeptLook.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QScreen>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -45,6 +46,23 @@ TEST_F(DictWindowOnScreen, hasItsTitleItsSizeAndItsMeasures) {
     EXPECT_EQ(replacement(1)->placeholderText(), QStringLiteral("replace with"));
     EXPECT_EQ(remove(1)->text(), QStringLiteral("✕"));
     EXPECT_EQ(add()->mapTo(&window(), QPoint()).y(), 20 + heard(1)->parentWidget()->height() + 14);
+}
+
+// As a desktop does that tells nothing of hints.
+TEST_F(DictWindowOnScreen, hasHintsInTheColourOfItsTexts) {
+    const test::KeptLook before;
+    QPalette colours = before.palette();
+    colours.setColor(QPalette::Base, Qt::black);
+    colours.setColor(QPalette::Text, Qt::white);
+    colours.setColor(QPalette::PlaceholderText, Qt::black);
+    QApplication::setPalette(colours);
+    open({{solona, solana}});
+    const QColor faintWhite(255, 255, 255, 128);
+    EXPECT_EQ(heard(1)->palette().color(QPalette::PlaceholderText), faintWhite);
+    colours.setColor(QPalette::Text, Qt::red);
+    window().setPalette(colours);
+    const QColor faintRed(255, 0, 0, 128);
+    EXPECT_EQ(heard(1)->palette().color(QPalette::PlaceholderText), faintRed);
 }
 
 TEST_F(DictWindowOnScreen, putsTheCursorIntoTheRowThatIsAdded) {
