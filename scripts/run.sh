@@ -13,5 +13,6 @@ if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
 fi
 
 "$here/first-config.sh" "$bundle"
-echo "Sayloft runs. Hold Shift+Super, speak, let go. Ctrl+C ends it."
+echo "Starting Sayloft, or showing the settings of the one that runs already."
+echo "Hold Shift+Super, speak, let go. Ctrl+C ends it."
 exec "$bundle/Contents/bin/sayloft"
