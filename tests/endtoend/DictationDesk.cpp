@@ -115,7 +115,8 @@ void DictationDesk::listen(const std::vector<RawAnswer>& answers) {
 // Afterwards every connection is a dictation.
 void DictationDesk::waitUntilAsked() const {
     if (!waitUntil([this] { return !m_speechServer->requests().empty(); }))
-        throw std::runtime_error("nobody asked whether the speech server is ready");
+        throw std::runtime_error("nobody asked whether the speech server is ready: " +
+                                 m_sayloft->log().toStdString());
 }
 
 void DictationDesk::start(const QByteArray& settings, const QString& bundle) {
